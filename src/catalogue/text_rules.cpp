@@ -1,0 +1,175 @@
+#include "catalogue/text_rules.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+#include "catalogue/failure.h"
+
+namespace brizalog {
+
+namespace {
+
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// Length of the longest prefix of `text` that reads as a decimal number, 0 if none.
+std::size_t NumericPrefixLength(std::string_view text) {
+    std::size_t i = 0;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
+        ++i;
+    }
+    std::size_t digits = 0;
+    while (i < text.size() && IsDigit(text[i])) {
+        ++i;
+        ++digits;
+    }
+    if (i < text.size() && text[i] == '.') {
+        std::size_t j = i + 1;
+        std::size_t fraction = 0;
+        while (j < text.size() && IsDigit(text[j])) {
+            ++j;
+            ++fraction;
+        }
+        if (digits + fraction > 0) {
+            i = j;
+            digits += fraction;
+        }
+    }
+    if (digits == 0) {
+        return 0;
+    }
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+        std::size_t j = i + 1;
+        if (j < text.size() && (text[j] == '+' || text[j] == '-')) {
+            ++j;
+        }
+        std::size_t exponentDigits = 0;
+        while (j < text.size() && IsDigit(text[j])) {
+            ++j;
+            ++exponentDigits;
+        }
+        if (exponentDigits > 0) {
+            i = j;
+        }
+    }
+    return i;
+}
+
+}  // namespace
+
+std::string Mid(std::string_view text, long start, long length) {
+    if (start < 1 || length < 0) {
+        throw Failure(FailureKind::InvalidArgument);
+    }
+    const auto from = static_cast<std::size_t>(start - 1);
+    if (from >= text.size()) {
+        return {};
+    }
+    return std::string(text.substr(from, static_cast<std::size_t>(length)));
+}
+
+long InStr(std::string_view text, std::string_view what) {
+    const std::size_t at = text.find(what);
+    return at == std::string_view::npos ? 0 : static_cast<long>(at) + 1;
+}
+
+std::string ReadTagValue(std::string_view text, std::string_view open, std::string_view close) {
+    return ReadTagValueUneven(text, open, open, close);
+}
+
+std::string ReadTagValueUneven(std::string_view text, std::string_view openForStart,
+                               std::string_view openForLength, std::string_view close) {
+    const long pStart = InStr(text, openForStart);
+    const long pLength = InStr(text, openForLength);
+    const long q = InStr(text, close);
+    const long start = pStart + static_cast<long>(openForStart.size());
+    const long length = q - pLength - static_cast<long>(openForLength.size());
+    return Mid(text, start, length);
+}
+
+bool ExtractTagValue(std::string_view text, std::string_view startTag, std::string_view endTag,
+                     std::string& value) {
+    const long s = InStr(text, startTag);
+    const long e = InStr(text, endTag);
+    if (s == 0 || e == 0) {
+        return false;
+    }
+    const long tagLength = static_cast<long>(startTag.size());
+    value = Mid(text, s + tagLength, e - s - tagLength);
+    return true;
+}
+
+double ParseNumber(std::string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && IsBlank(text[i])) {
+        ++i;
+    }
+    text.remove_prefix(i);
+    const std::size_t length = NumericPrefixLength(text);
+    if (length == 0) {
+        return 0;
+    }
+    std::string_view number = text.substr(0, length);
+    if (number.front() == '+') {
+        number.remove_prefix(1);
+    }
+    double value = 0;
+    const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (result.ec == std::errc::result_out_of_range) {
+        // from_chars also reports an underflow so; a tiny number is simply 0.
+        if (std::fabs(value) > 1.0) {
+            throw Failure(FailureKind::Overflow);
+        }
+        return 0;
+    }
+    return value;
+}
+
+bool IsNumeric(std::string_view text) {
+    std::size_t begin = 0;
+    std::size_t end = text.size();
+    while (begin < end && IsBlank(text[begin])) {
+        ++begin;
+    }
+    while (end > begin && IsBlank(text[end - 1])) {
+        --end;
+    }
+    text = text.substr(begin, end - begin);
+    return !text.empty() && NumericPrefixLength(text) == text.size();
+}
+
+std::string FormatGeneral(double value) {
+    if (value == 0) {
+        return "0";
+    }
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.15G", value);
+    return buffer;
+}
+
+std::string FormatShortest(double value) {
+    if (value == 0) {
+        return "0";
+    }
+    char buffer[64];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return std::string(buffer, result.ptr);
+}
+
+long long RoundToInteger(double value, long long low, long long high) {
+    if (!std::isfinite(value)) {
+        throw Failure(FailureKind::Overflow);
+    }
+    const double rounded = std::round(value);
+    if (rounded < static_cast<double>(low) || rounded > static_cast<double>(high)) {
+        throw Failure(FailureKind::Overflow);
+    }
+    return static_cast<long long>(rounded);
+}
+
+}  // namespace brizalog

@@ -1,0 +1,9 @@
+#include "acquisition/brizalog.h"
+
+namespace brizalog {
+
+// Still to come with the application core: layouts and panel refresh.
+void Brizalog::setsystem(int) {}
+void Brizalog::RefreshPanel() {}
+
+}  // namespace brizalog

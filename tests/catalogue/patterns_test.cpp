@@ -1,0 +1,55 @@
+#include <gtest/gtest.h>
+
+#include "catalogue/patterns.h"
+
+namespace brizalog {
+namespace {
+
+struct PatternCase {
+    const char* pattern;
+    double value;
+    const char* expected;
+};
+
+TEST(NumberPatterns, PrintTheLogFormatTable) {
+    const PatternCase cases[] = {
+        {"##.00", 0, ".00"},     {"##.00", 0.5, ".50"},     {"##.00", 1234.56, "1234.56"},
+        {"##0.00", 0, "0.00"},   {"##0.00", 0.5, "0.50"},   {"##0.00", 1234.56, "1234.56"},
+        {"##0.0", 0, "0.0"},     {"##0.0", 0.5, "0.5"},     {"##0.0", 1234.56, "1234.6"},
+        {"##0.000", 0, "0.000"}, {"##0.000", 0.5, "0.500"}, {"##0.000", 1234.56, "1234.560"},
+        {"#0.0", 0, "0.0"},      {"#0.0", 0.5, "0.5"},      {"#0.0", 1234.56, "1234.6"},
+        {"###0", 0, "0"},        {"###0", 0.5, "1"},        {"###0", 1234.56, "1235"},
+        {"##0", 0, "0"},         {"##0", 1234.56, "1235"},
+    };
+    for (const PatternCase& c : cases) {
+        EXPECT_EQ(FormatPattern(c.value, c.pattern), c.expected)
+            << c.pattern << " with " << c.value;
+    }
+}
+
+TEST(NumberPatterns, CarryUnitsAndNeverCutDigits) {
+    EXPECT_EQ(FormatPattern(13.2666, "#0.00 V"), "13.27 V");
+    EXPECT_EQ(FormatPattern(4.37, "#0.0 A"), "4.4 A");
+    EXPECT_EQ(FormatPattern(12345, "###0 W"), "12345 W");
+    EXPECT_EQ(FormatPattern(1834.4, "####0 Wh"), "1834 Wh");
+    EXPECT_EQ(FormatPattern(312, "##0rpm"), "312rpm");
+    EXPECT_EQ(FormatPattern(7, "##00 RPM"), "07 RPM");
+    EXPECT_EQ(FormatPattern(0.5, "#####.0"), ".5");
+    EXPECT_EQ(FormatPattern(0, "#####.0"), ".0");
+    EXPECT_EQ(FormatPattern(1834.24, "#####.0"), "1834.2");
+}
+
+TEST(NumberPatterns, PadRoundAndSign) {
+    EXPECT_EQ(FormatPattern(123, "00000"), "00123");
+    EXPECT_EQ(FormatPattern(-123, "00000"), "-00123");
+    EXPECT_EQ(FormatPattern(0.25, "0.00000"), "0.25000");
+    EXPECT_EQ(FormatPattern(2.5, "###0"), "3");
+    EXPECT_EQ(FormatPattern(-2.5, "###0"), "-3");
+    EXPECT_EQ(FormatPattern(0.125, "#0.00"), "0.13");
+    EXPECT_EQ(FormatPattern(9.96, "#0.0"), "10.0");
+    EXPECT_EQ(FormatPattern(-0.01, "#0.0"), "0.0");
+    EXPECT_EQ(FormatPattern(2.675, "#0.00"), "2.68");
+}
+
+}  // namespace
+}  // namespace brizalog
