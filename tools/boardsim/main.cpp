@@ -1,0 +1,247 @@
+// brizalog-boardsim: a logger board or a Current Cost meter on a pseudo-terminal.
+//
+//   brizalog-boardsim --folder DIR [--port N] [--system T] [--rate FRAMES_PER_S] [--provision]
+//
+// Makes a pseudo-terminal, links it as DIR/ports/COMN (N is 3 unless told), and sends frames of
+// system type T until it is stopped (SIGINT or SIGTERM), when it removes its link again. Without
+// --system it follows the SystemType of DIR/hardware.cfg, so a layout chosen in Brizalog's menu
+// gets its own frames within seconds. --provision first makes whatever folder and file of DIR is
+// missing, as the splash of Brizalog does at each start.
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "catalogue/config_files.h"
+#include "catalogue/files.h"
+#include "catalogue/provisioning.h"
+#include "catalogue/text_rules.h"
+#include "installation.h"
+
+namespace fs = std::filesystem;
+using brizalog::boardsim::ComposeFrame;
+using brizalog::boardsim::Installation;
+
+namespace {
+
+volatile std::sig_atomic_t g_stop = 0;
+
+void OnStopSignal(int) {
+    g_stop = 1;
+}
+
+struct Options {
+    fs::path folder;
+    int port = 3;
+    std::optional<int> systemType;
+    double rate = 1.0;
+    bool provision = false;
+};
+
+[[noreturn]] void Usage(const std::string& problem) {
+    std::cerr << "brizalog-boardsim: " << problem << "\n"
+              << "usage: brizalog-boardsim --folder DIR [--port N] [--system T] "
+                 "[--rate FRAMES_PER_S] [--provision]\n";
+    std::exit(2);
+}
+
+Options ParseOptions(int argc, char** argv) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        auto value = [&]() -> std::string {
+            if (i + 1 >= argc) {
+                Usage(arg + " needs a value");
+            }
+            return argv[++i];
+        };
+        try {
+            if (arg == "--folder") {
+                options.folder = value();
+            } else if (arg == "--port") {
+                options.port = std::stoi(value());
+            } else if (arg == "--system") {
+                options.systemType = std::stoi(value());
+            } else if (arg == "--rate") {
+                options.rate = std::stod(value());
+            } else if (arg == "--provision") {
+                options.provision = true;
+            } else {
+                Usage("unknown option " + arg);
+            }
+        } catch (const std::logic_error&) {
+            Usage("bad value for " + arg);
+        }
+    }
+    if (options.folder.empty()) {
+        Usage("--folder is required");
+    }
+    if (options.port < 1 || options.port > 255) {
+        Usage("--port must be 1 to 255");
+    }
+    if (options.systemType && (*options.systemType < 0 || *options.systemType > 8)) {
+        Usage("--system must be 0 to 8");
+    }
+    if (!(options.rate > 0 && options.rate <= 1000)) {
+        Usage("--rate must be above 0 and at most 1000 frames per second");
+    }
+    return options;
+}
+
+// The system type that hardware.cfg holds now; `fallback` when it cannot be read.
+int ConfiguredSystemType(const fs::path& folder, int fallback) {
+    try {
+        const std::string text =
+            brizalog::ReadWholeFile(brizalog::InFolder(folder, brizalog::kSettingsFile));
+        const double value =
+            brizalog::ParseNumber(brizalog::ReadTagValue(text, "<SystemType>", "</SystemType>"));
+        return value >= 0 && value <= 8 ? static_cast<int>(value) : fallback;
+    } catch (const std::exception&) {
+        return fallback;
+    }
+}
+
+double HourOfDay() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    return local.tm_hour + local.tm_min / 60.0 + local.tm_sec / 3600.0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const Options options = ParseOptions(argc, argv);
+    std::error_code error;
+    fs::create_directories(options.folder, error);
+    if (options.provision) {
+        brizalog::ProvisionProgramFolder(options.folder);
+    }
+
+    // The master side stays with us; the slave side is what Brizalog opens through the link.
+    const int master = posix_openpt(O_RDWR | O_NOCTTY);
+    if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) {
+        std::cerr << "brizalog-boardsim: no pseudo-terminal: " << std::strerror(errno) << "\n";
+        return 1;
+    }
+    const std::string slaveName = ptsname(master);
+    // Holding the slave open keeps the terminal alive between Brizalog's openings, so a port
+    // closed for the hardware setup and opened again finds the same device.
+    const int slave = open(slaveName.c_str(), O_RDWR | O_NOCTTY);
+    if (slave < 0) {
+        std::cerr << "brizalog-boardsim: cannot open " << slaveName << "\n";
+        return 1;
+    }
+    termios raw{};
+    tcgetattr(slave, &raw);
+    cfmakeraw(&raw);
+    cfsetispeed(&raw, B4800);
+    cfsetospeed(&raw, B4800);
+    tcsetattr(slave, TCSANOW, &raw);
+    fcntl(master, F_SETFL, fcntl(master, F_GETFL) | O_NONBLOCK);
+
+    // Link it as DIR/ports/COMN, replacing a link left by an earlier simulator, never a link
+    // that the user has pointed at a real device.
+    const fs::path ports = options.folder / "ports";
+    fs::create_directories(ports, error);
+    const fs::path link = ports / ("COM" + std::to_string(options.port));
+    if (fs::is_symlink(fs::symlink_status(link, error))) {
+        const fs::path target = fs::read_symlink(link, error);
+        if (target.string().rfind("/dev/pts/", 0) != 0) {
+            std::cerr << "brizalog-boardsim: " << link.string() << " points at " << target.string()
+                      << ", a real device; it is left as it is\n";
+            return 1;
+        }
+    } else if (fs::exists(link, error)) {
+        std::cerr << "brizalog-boardsim: " << link.string() << " exists and is not a link\n";
+        return 1;
+    }
+    const fs::path staging = ports / (".COM" + std::to_string(options.port) + ".boardsim");
+    fs::remove(staging, error);
+    fs::create_symlink(slaveName, staging, error);
+    if (!error) {
+        fs::rename(staging, link, error);
+    }
+    if (error) {
+        std::cerr << "brizalog-boardsim: cannot link " << link.string() << ": " << error.message()
+                  << "\n";
+        return 1;
+    }
+
+    struct sigaction stop {};
+    stop.sa_handler = OnStopSignal;
+    sigaction(SIGINT, &stop, nullptr);
+    sigaction(SIGTERM, &stop, nullptr);
+    std::signal(SIGPIPE, SIG_IGN);
+
+    std::cout << "brizalog-boardsim: " << link.string() << " -> " << slaveName << ", "
+              << options.rate << " frames/s, system "
+              << (options.systemType ? std::to_string(*options.systemType)
+                                     : std::string("of hardware.cfg"))
+              << std::endl;
+
+    Installation plant;
+    const auto period = std::chrono::duration<double>(1.0 / options.rate);
+    auto next = std::chrono::steady_clock::now();
+    auto nextConfigRead = next;
+    int systemType = options.systemType.value_or(ConfiguredSystemType(options.folder, 0));
+    long frameNumber = 0;
+    while (!g_stop) {
+        const auto now = std::chrono::steady_clock::now();
+        if (!options.systemType && now >= nextConfigRead) {
+            systemType = ConfiguredSystemType(options.folder, systemType);
+            nextConfigRead = now + std::chrono::seconds(2);
+        }
+        plant.Advance(period.count(), HourOfDay());
+        // The 128 meter speaks for its two sensors in turn.
+        const int sensor = frameNumber % 2 == 0 ? 9 : 0;
+        const std::string frame = ComposeFrame(plant, systemType, sensor);
+        ++frameNumber;
+
+        // Nobody reading: drop what has piled up, so that a port opened later starts with
+        // fresh frames rather than minutes of old ones.
+        int queued = 0;
+        if (ioctl(slave, FIONREAD, &queued) == 0 && queued > 4 * static_cast<int>(frame.size())) {
+            tcflush(slave, TCIFLUSH);
+        }
+        // One write per frame; a full terminal drops the frame, as a board would.
+        if (write(master, frame.data(), frame.size()) < 0 && errno != EAGAIN) {
+            break;
+        }
+        // Brizalog never transmits; whatever comes back is discarded.
+        char discard[256];
+        while (read(master, discard, sizeof discard) > 0) {
+        }
+
+        next += std::chrono::duration_cast<std::chrono::steady_clock::duration>(period);
+        if (next < std::chrono::steady_clock::now()) {
+            next = std::chrono::steady_clock::now();
+        }
+        while (!g_stop && std::chrono::steady_clock::now() < next) {
+            std::this_thread::sleep_for(std::min<std::chrono::steady_clock::duration>(
+                next - std::chrono::steady_clock::now(), std::chrono::milliseconds(50)));
+        }
+    }
+
+    // Remove the link only while it is still ours.
+    if (fs::read_symlink(link, error) == fs::path(slaveName)) {
+        fs::remove(link, error);
+    }
+    close(slave);
+    close(master);
+    std::cout << "brizalog-boardsim: stopped" << std::endl;
+    return 0;
+}
