@@ -1,9 +1,241 @@
+#include "logging/ledger.h"
+
+#include <array>
+#include <vector>
+
 #include "acquisition/brizalog.h"
+#include "catalogue/files.h"
+#include "catalogue/patterns.h"
+#include "catalogue/system_types.h"
+#include "catalogue/text_rules.h"
 
 namespace brizalog {
 
-// Still to come with the watt-hour ledger: rollover and replay.
-void Brizalog::Timer3_Timer() {}
-void Brizalog::ReplayTodaysLog() {}
+namespace {
+
+// A log line without "<L>", written before the interval was logged, counts as this many seconds.
+constexpr double kAssumedInterval = 10.0;
+
+// Replays below this stored interval are skipped: such logs are hourly, or close to it.
+constexpr double kLowestReplayedDelay = 9.0;
+
+// How a replayed line turns into energy, by system type.
+enum class ReplayRule {
+    None,
+    FixedTags,       // 0: "<I>" and "<V>", slot 1 only
+    AmpsTimesVolts,  // 1, 2, 5, 6: slots 1..8, amps × V1
+    DcAndMains,      // 7, 8: slots 1..4 amps × V1, slots 5..8 amps × 240
+    Metered,         // 3, 4: "<W1>".."<W6>" into slots 2..4 and 6..8
+};
+
+constexpr std::array<ReplayRule, kSystemTypeCount> kReplayRules{{
+    ReplayRule::FixedTags,
+    ReplayRule::AmpsTimesVolts,
+    ReplayRule::AmpsTimesVolts,
+    ReplayRule::Metered,
+    ReplayRule::Metered,
+    ReplayRule::AmpsTimesVolts,
+    ReplayRule::AmpsTimesVolts,
+    ReplayRule::DcAndMains,
+    ReplayRule::DcAndMains,
+}};
+
+std::vector<std::string_view> SplitAtCrLf(std::string_view text) {
+    std::vector<std::string_view> lines;
+    for (;;) {
+        const std::size_t end = text.find(kCrLf);
+        if (end == std::string_view::npos) {
+            lines.push_back(text);
+            return lines;
+        }
+        lines.push_back(text.substr(0, end));
+        text.remove_prefix(end + kCrLf.size());
+    }
+}
+
+// True and the number when both "<tag>" and "</tag>" are in the line.
+bool ReadField(std::string_view line, std::string_view open, std::string_view close,
+               double& number) {
+    std::string value;
+    if (!ExtractTagValue(line, open, close, value)) {
+        return false;
+    }
+    number = ParseNumber(value);
+    return true;
+}
+
+bool ReadChannel(std::string_view line, const SharedState& state, int channel, double& number) {
+    const std::string& tag = state.channels.XMLsoftware[channel];
+    return ReadField(line, "<" + tag + ">", "</" + tag + ">", number);
+}
+
+void Raise(double& extreme, double value) {
+    if (value > extreme) {
+        extreme = value;
+    }
+}
+
+void AddEnergy(SharedState& state, int slot, double interval) {
+    state.WattHours[slot] += interval * state.ChannelWatts[slot] / 3600;
+}
+
+// Slot i of a battery-based system: the logged amps of channel i times `volts`. The maxima go
+// to DailyExtreme[i − 1] and [i + 14], which are not the indexes of the live calculation; the
+// daily maximums window has always shown the replayed values there.
+void ReplayAmps(std::string_view line, SharedState& state, int i, double interval, bool mains) {
+    double amps = 0;
+    if (ReadChannel(line, state, i, amps)) {
+        state.ChannelValue[i] = amps;
+        Raise(state.DailyExtreme[i - 1], amps);
+        state.ChannelWatts[i] = amps * (mains ? kMainsVolts : state.ChannelValue[9]);
+        Raise(state.DailyExtreme[i + 14], state.ChannelWatts[i]);
+    }
+    // A missing tag leaves the slot's last power, which counts again for this line.
+    AddEnergy(state, i, interval);
+}
+
+void ReplayMeter(std::string_view line, SharedState& state, int field, int slot, int extreme,
+                 double interval) {
+    const std::string n = std::to_string(field);
+    double watts = 0;
+    if (ReadField(line, "<W" + n + ">", "</W" + n + ">", watts)) {
+        state.ChannelWatts[slot] = watts;
+        Raise(state.DailyExtreme[extreme], watts);
+    }
+    AddEnergy(state, slot, interval);
+}
+
+void ReplayLine(std::string_view line, ReplayRule rule, double interval, SharedState& state) {
+    double number = 0;
+    if (ReadChannel(line, state, 9, number)) {
+        state.ChannelValue[9] = number;
+    }
+    switch (rule) {
+        case ReplayRule::None:
+            break;
+        case ReplayRule::FixedTags:
+            if (ReadField(line, "<I>", "</I>", number)) {
+                state.ChannelValue[1] = number;
+            }
+            if (ReadField(line, "<V>", "</V>", number)) {
+                state.ChannelValue[9] = number;
+            }
+            state.ChannelWatts[1] = state.ChannelValue[9] * state.ChannelValue[1];
+            AddEnergy(state, 1, interval);
+            break;
+        case ReplayRule::AmpsTimesVolts:
+        case ReplayRule::DcAndMains:
+            for (int i = 1; i <= 8; ++i) {
+                ReplayAmps(line, state, i, interval, rule == ReplayRule::DcAndMains && i >= 5);
+            }
+            break;
+        case ReplayRule::Metered:
+            for (int i = 1; i <= 3; ++i) {
+                ReplayMeter(line, state, i, i + 1, i + 16, interval);
+            }
+            for (int i = 4; i <= 6; ++i) {
+                ReplayMeter(line, state, i, i + 2, i + 18, interval);
+            }
+            break;
+    }
+}
+
+}  // namespace
+
+std::string RolloverRecord(const std::string& dateTag, const std::string& time,
+                           const SharedState& state) {
+    static constexpr std::array<std::string_view, 8> kSeparators{
+        ", Wh1, ", ", Wh2, ", " ,Wh3, ", " ,Wh4, ", " ,Wh5, ", " ,Wh6, ", " ,Wh7, ", " ,Wh8, ",
+    };
+    std::string record = dateTag + "," + time;
+    for (int slot = 1; slot <= 8; ++slot) {
+        record += kSeparators[static_cast<std::size_t>(slot - 1)];
+        record += FormatPattern(state.WattHours[slot], "#####.0");
+    }
+    record += " Wh";
+    record += kCrLf;
+    return record;
+}
+
+std::string ReplayLiteral(int systemType, const std::string& dateTag) {
+    std::string literal = "\\logs\\";
+    literal += LogPrefix(systemType);
+    literal += dateTag;
+    literal += ".txt";
+    return literal;
+}
+
+bool ReplayLogText(std::string_view text, int systemType, SharedState& state) {
+    const ReplayRule rule = IsKnownSystemType(systemType)
+                                ? kReplayRules[static_cast<std::size_t>(systemType)]
+                                : ReplayRule::None;
+    const std::vector<std::string_view> lines = SplitAtCrLf(text);
+    bool intervalAssumed = false;
+    // Line 0, the day's first record, is left out, and so is the empty text behind the last
+    // CR LF (or a last line that was cut short before its CR LF).
+    for (std::size_t k = 1; k + 1 < lines.size(); ++k) {
+        double interval = 0;
+        if (!ReadField(lines[k], "<L>", "</L>", interval)) {
+            interval = kAssumedInterval;
+            intervalAssumed = true;
+        }
+        ReplayLine(lines[k], rule, interval, state);
+    }
+    return intervalAssumed;
+}
+
+bool ReplayRuns(double logDelay) {
+    return logDelay > kLowestReplayedDelay;
+}
+
+bool ReplayTodaysLogFile(const std::filesystem::path& folder, const LocalDateTime& now,
+                         SharedState& state) {
+    if (!ReplayRuns(state.settings.LogDelay)) {
+        return false;
+    }
+    const int systemType = state.settings.SystemType;
+    const std::filesystem::path path =
+        InFolder(folder, ReplayLiteral(systemType, DateTag(now, false)));
+    if (!FileExists(path)) {
+        return false;
+    }
+    return ReplayLogText(ReadWholeFile(path), systemType, state);
+}
+
+// The rollover has no trap: a Whours.txt that cannot be written leaves this handler as a
+// Failure, before the totals are cleared, and whoever runs the timer ends the program with its
+// message, as with any failure that nothing traps.
+void Brizalog::Timer3_Timer() {
+    const LocalDateTime now = m_services.clock.Now();
+    const std::string dateTag = DateTag(now, false);
+    if (SecondsSinceMidnight(now) >= kRolloverWindowSeconds) {
+        return;
+    }
+    AppendToFile(InFolder(m_folder, kWhoursFile),
+                 RolloverRecord(dateTag, HoursMinutes(now), m_state));
+    // Only the sums of slots 1..8 of SumValue go, not SumWatts nor GoodDataCount: the first
+    // averages of the new day run low for channels 1 to 8. Nothing guards a second run inside
+    // the window; it writes what has been added since the first.
+    for (int i = 1; i <= 8; ++i) {
+        m_state.SumValue[i] = 0;
+        m_state.WattHours[i] = 0;
+    }
+}
+
+// A failure here (an unreadable file, a value that overflows) goes to the start-up's trap.
+void Brizalog::ReplayTodaysLog() {
+    if (!ReplayRuns(m_state.settings.LogDelay)) {
+        // The flag is only raised by a replay, which this branch never follows, so the notice
+        // does not reach the user in practice.
+        if (m_intervalAssumed == 1) {
+            m_services.dialogs.ShowMessage(
+                "10 second logging interval was used to\r\ncalculate Whours");
+        }
+        return;
+    }
+    if (ReplayTodaysLogFile(m_folder, m_services.clock.Now(), m_state)) {
+        m_intervalAssumed = 1;
+    }
+}
 
 }  // namespace brizalog
