@@ -234,7 +234,11 @@ std::string CalibrationText(const Calibration& calibration, const std::string (&
     std::string offsets[17];
     std::string letters[17];
     for (int i = 1; i <= 16; ++i) {
-        factors[i] = FormatPattern(ParseNumber(factorTexts[i]), "0.00000");
+        // A box that holds no number is written as it stands, as a pattern gives such a text
+        // back; the next load reads it as 0.
+        factors[i] = IsNumeric(factorTexts[i])
+                         ? FormatPattern(ParseNumber(factorTexts[i]), "0.00000")
+                         : factorTexts[i];
         offsets[i] = FormatPattern(calibration.ADCOffset[i], "00000");
         letters[i] = calibration.ChannelSelection[i];
     }

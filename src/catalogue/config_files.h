@@ -57,8 +57,9 @@ void SetDefaultChannelTable(ChannelTable& table);
 
 // calibrations.cfg of a first run: factor "0.10", offset "0", letter "V" for channels 1..16.
 std::string DefaultCalibrationText();
-// calibrations.cfg as the calibration form saves it: the factor box texts through "0.00000",
-// ADCOffset through "00000", the letters held in memory. `factorTexts[i]` is row i's factor box.
+// calibrations.cfg as the calibration form saves it: the factor box texts through "0.00000" (a
+// box that holds no number as it stands), ADCOffset through "00000", the letters held in memory.
+// `factorTexts[i]` is row i's factor box.
 std::string CalibrationText(const Calibration& calibration, const std::string (&factorTexts)[17]);
 
 }  // namespace brizalog

@@ -1,7 +1,7 @@
 #include "catalogue/patterns.h"
 
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 
 #include "catalogue/failure.h"
@@ -60,8 +60,11 @@ std::size_t CountZeros(std::string_view placeholders) {
 // The absolute value as decimal integer digits and fraction digits, from its 15 significant
 // digits, with as many fraction digits as the text needs.
 void Decimal(double magnitude, std::string& integerDigits, std::string& fractionDigits) {
+    // to_chars, unlike printf, writes "." whatever locale the window system has set.
     char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.14e", magnitude);
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer - 1, magnitude,
+                                      std::chars_format::scientific, 14);
+    *result.ptr = '\0';
     // buffer: d.dddddddddddddde±XX
     std::string digits;
     const char* p = buffer;

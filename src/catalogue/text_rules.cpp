@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 
 #include "catalogue/failure.h"
 
@@ -58,6 +57,44 @@ std::size_t NumericPrefixLength(std::string_view text) {
         }
     }
     return i;
+}
+
+// The power of ten just above the first significant digit of a numeric prefix: 3 for "123.4",
+// 0 for "0.5", -2 for "0.005e0", 401 for "1e400". Only its sign matters to the caller.
+long long LeadingDigitExponent(std::string_view number) {
+    std::size_t i = 0;
+    if (i < number.size() && (number[i] == '+' || number[i] == '-')) {
+        ++i;
+    }
+    long long magnitude = 0;
+    bool significant = false;
+    for (; i < number.size() && IsDigit(number[i]); ++i) {
+        significant = significant || number[i] != '0';
+        magnitude += significant ? 1 : 0;
+    }
+    if (i < number.size() && number[i] == '.') {
+        for (++i; i < number.size() && IsDigit(number[i]); ++i) {
+            if (significant) {
+                continue;
+            }
+            significant = number[i] != '0';
+            magnitude -= significant ? 0 : 1;
+        }
+    }
+    if (i < number.size() && (number[i] == 'e' || number[i] == 'E')) {
+        std::string_view exponent = number.substr(i + 1);
+        if (!exponent.empty() && exponent.front() == '+') {
+            exponent.remove_prefix(1);
+        }
+        long long power = 0;
+        const auto result =
+            std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
+        if (result.ec == std::errc::result_out_of_range) {
+            power = exponent.front() == '-' ? -(1LL << 40) : (1LL << 40);
+        }
+        magnitude += power;
+    }
+    return magnitude;
 }
 
 }  // namespace
@@ -121,8 +158,9 @@ double ParseNumber(std::string_view text) {
     double value = 0;
     const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
     if (result.ec == std::errc::result_out_of_range) {
-        // from_chars also reports an underflow so; a tiny number is simply 0.
-        if (std::fabs(value) > 1.0) {
+        // from_chars reports a number too small for a double the same way and leaves `value`
+        // alone in both cases: a tiny number is simply 0, a huge one ("1e400") is the overflow.
+        if (LeadingDigitExponent(number) > 0) {
             throw Failure(FailureKind::Overflow);
         }
         return 0;
@@ -147,9 +185,15 @@ std::string FormatGeneral(double value) {
     if (value == 0) {
         return "0";
     }
+    // to_chars, unlike printf, writes "." whatever locale the window system has set.
     char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.15G", value);
-    return buffer;
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 15);
+    std::string text(buffer, result.ptr);
+    for (char& c : text) {
+        c = c == 'e' ? 'E' : c;
+    }
+    return text;
 }
 
 std::string FormatShortest(double value) {

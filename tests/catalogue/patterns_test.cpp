@@ -39,6 +39,42 @@ TEST(NumberPatterns, CarryUnitsAndNeverCutDigits) {
     EXPECT_EQ(FormatPattern(1834.24, "#####.0"), "1834.2");
 }
 
+TEST(NumberPatterns, PrintThePanelCellTable) {
+    const PatternCase cases[] = {
+        {"#0.00 V", 13.2666, "13.27 V"},
+        {"#0.00 A", 4.372, "4.37 A"},
+        {"#0.0 A", 4.37, "4.4 A"},
+        {"###0 W", 58.2, "58 W"},
+        {"####0 Wh", 1834, "1834 Wh"},
+        {"##0 rpm", 312, "312 rpm"},
+        {"##0rpm", 312.4, "312rpm"},
+        {"#0.0 C", 21.49, "21.5 C"},
+        {"#0.0", 7.6, "7.6"},
+        {"##0", 12, "12"},
+        {"#0.00 V", 0, "0.00 V"},
+        {"###0 W", 0, "0 W"},
+        {"#0.0 C", -3.25, "-3.3 C"},
+        {"###0 W", 12345, "12345 W"},
+    };
+    for (const PatternCase& c : cases) {
+        EXPECT_EQ(FormatPattern(c.value, c.pattern), c.expected)
+            << c.pattern << " with " << c.value;
+    }
+}
+
+TEST(NumberPatterns, ReadoutAndCalibrationPatterns) {
+    EXPECT_EQ(FormatPattern(7, "#00"), "07");
+    EXPECT_EQ(FormatPattern(312, "#00"), "312");
+    EXPECT_EQ(FormatPattern(37, "000"), "037");
+    EXPECT_EQ(FormatPattern(12, "0000"), "0012");
+    EXPECT_EQ(FormatPattern(0, "####"), "");
+    EXPECT_EQ(FormatPattern(512, "####"), "512");
+    EXPECT_EQ(FormatPattern(12.5, "##0.00"), "12.50");
+    EXPECT_EQ(FormatPattern(0.1, "0.00000"), "0.10000");
+    EXPECT_EQ(FormatPattern(1e20, "###0"), "100000000000000000000");
+    EXPECT_EQ(FormatPattern(1e-9, "##0.000"), "0.000");
+}
+
 TEST(NumberPatterns, PadRoundAndSign) {
     EXPECT_EQ(FormatPattern(123, "00000"), "00123");
     EXPECT_EQ(FormatPattern(-123, "00000"), "-00123");
