@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "acquisition/main_form_model.h"
 #include "catalogue/services.h"
@@ -37,8 +39,14 @@ public:
 
     // A click on a menu entry or a control by its own name, with the index in brackets for
     // control arrays and menu groups ("startMENU", "setsystem(8)", "Amps(2)", "Label3(0)").
-    // False when the form has no such clickable item.
+    // False when the form has no such item. A click on an entry that the user cannot reach (a
+    // disabled menu entry or one under a disabled menu, a hidden cell or one in a hidden group)
+    // does nothing and returns true.
     bool Click(std::string_view name);
+    // The user types `text` into the text box `delay`, or sets the check box `Check1` to "0" or
+    // "1". False when the form has no such box or the value is not one a check box takes. Typing
+    // into a box that is not editable changes nothing.
+    bool SetText(std::string_view name, std::string_view text);
 
     // ---- Serial link (acquisition/) ----
     // Opens MSComm1 with PortNumber and BaudRate + ",N,8,1"; a failure is raised to the caller.
@@ -55,6 +63,25 @@ public:
     void ReportTrappedError(const std::string& errorText);
     void ReportPortProblem();
 
+    // ---- Menu and panel handlers (acquisition/, displays/) ----
+    void setsystem_Click(int index);
+    void SetupHardware_Click();
+    // The four channel-setup groups: `kind` is the window ("setupHARDWAREchannels",
+    // "setupLOGGINGchannels", "setupGRAPHINGchannels", "setupDISPLAYchannels").
+    void ChannelSetup_Click(std::string_view window, int index);
+    void Check1_Click();
+    void Volts_Click(int index);
+    void Amps_Click(int index);
+    void Watts_Click(int index);
+    void Wind_Click(int index);
+    void RPM_Click(int index);
+    void Label3_Click(int index);
+    void Label5_Click(int index);
+    void Label6_Click();
+    void Label7_Click();
+    void Label9_Click();
+    void Label12_Click();
+
     // ---- State, for the window layer, the runner and the tests ----
     SharedState& state() { return m_state; }
     const SharedState& state() const { return m_state; }
@@ -66,18 +93,34 @@ public:
     FormTimer& timer3() { return m_timer3; }
     const std::string& ReceiveBuffer() const { return m_receiveBuffer; }
     const std::string& LoggerFrame() const { return m_loggerFrame; }
+    const std::string& MeterFrame() const { return m_meterFrame; }
     int ErrorLogEnabled = 0;  // nothing in the system sets it
+    // The mode handed to plotDiagnostics at its opening: 1 windmill 1, 2 windmill 2, 3 both;
+    // 0 when no opening is under way.
+    int PlotMode = 0;
+    // Set while batteryMonitor opens its window, so that a second one is not started meanwhile.
+    int BatteryMonitorOpening = 0;
 
 private:
     // acquisition/
     void LoadConfigFiles();  // the files, then the delay box, Label1 and Timer1's period
+    void SerialIntake(std::string_view received);
     void CalculateChannels();
     void DecodeLoggerFrame();
     void DecodeMeterFrame();
+    // One element of a frame into RawValue[index]; a value that is not a number keeps the old
+    // reading and turns LogOK red.
+    void DecodeElement(std::string_view frame, std::string_view startTag, std::string_view endTag,
+                       int index);
+    void OpenWindow(std::string_view name, bool modal);
+    bool ClickMenu(std::string_view name, int index);
+    bool ClickPanel(std::string_view name, int index);
+    bool Reachable(std::string_view name) const;
 
     // displays/
     void setsystem(int index);
     void RefreshPanel();
+    void BuildPanelRows();
 
     // logging/
     void StartLogging();
@@ -92,9 +135,41 @@ private:
     FormTimer m_timer2{"Timer2", 250, false};
     FormTimer m_timer3{"Timer3", 5000, true};
 
+    // Finds a marker in ReceiveBuffer, which only grows between cuts, looking at each received
+    // byte once: a device that never sends the marker costs nothing per event beyond its text.
+    class MarkerSearch {
+    public:
+        explicit MarkerSearch(std::string_view marker) : m_marker(marker) {}
+        bool FoundIn(std::string_view buffer);
+        void Reset() { m_scanned = 0; }
+
+    private:
+        std::string_view m_marker;
+        std::size_t m_scanned = 0;  // the buffer's first m_scanned bytes hold no whole marker
+    };
+    void ResetReceiveBuffer(std::string_view text);
+
     std::string m_receiveBuffer;
+    MarkerSearch m_frameEnd{"]"};
+    MarkerSearch m_meterStart{"<msg>"};
+    MarkerSearch m_meterEnd{"</msg>"};
     std::string m_loggerFrame;
     std::string m_meterFrame;
+    std::string m_elementValue;  // scratch of the decoders
+    std::string m_startTag;      // scratch of the decoders
+    std::string m_endTag;        // scratch of the decoders
+
+    // The cell texts of the panel refresh, per system type: which control, which value, which
+    // pattern and which display flags gate it. Built once; the flags are read at each refresh.
+    struct PanelRow {
+        Control* cell;
+        const double* value;
+        std::string_view pattern;
+        int gate1;               // channel whose display flag must be 1, 0 for none
+        int gate2;               // a second such channel, 0 for none
+        bool windUnits = false;  // WSUnits follows the number
+    };
+    std::vector<PanelRow> m_panelRows[9];
     bool m_exitRequested = false;
     int m_temperatureToggle1 = 0;  // Label3(0) in system 3: Max, then Min, then Max
     int m_temperatureToggle2 = 0;  // Label3(4) in system 4

@@ -161,4 +161,41 @@ MainFormModel::MainFormModel() {
     menu("exitMENU", exitMENU, "");
 }
 
+std::string_view MainFormModel::GroupOf(std::string_view name) {
+    struct Member {
+        std::string_view control;
+        std::string_view group;
+    };
+    // Windmill 1 (or the battery) in Frame1(0), windmill 2 in Frame1(1), the auxiliary DC
+    // channels in Frame1(2), the misc readings in Frame2, four channel cells in each Frame4.
+    static constexpr Member kMembers[] = {
+        {"Volts(0)", "Frame1(0)"},  {"Amps(0)", "Frame1(0)"},   {"Watts(0)", "Frame1(0)"},
+        {"Whours(0)", "Frame1(0)"}, {"Wind(0)", "Frame1(0)"},   {"RPM(0)", "Frame1(0)"},
+        {"Amps(1)", "Frame1(1)"},   {"Watts(1)", "Frame1(1)"},  {"Whours(1)", "Frame1(1)"},
+        {"RPM(1)", "Frame1(1)"},    {"Check1", "Frame1(1)"},    {"Amps(2)", "Frame1(2)"},
+        {"Watts(2)", "Frame1(2)"},  {"Whours(2)", "Frame1(2)"}, {"Amps(3)", "Frame1(2)"},
+        {"Watts(3)", "Frame1(2)"},  {"Whours(3)", "Frame1(2)"}, {"Label6", "Frame2"},
+        {"Label7", "Frame2"},       {"Label8", "Frame2"},       {"Label9", "Frame2"},
+        {"Label12", "Frame2"},      {"Frame5(0)", "Frame4(0)"}, {"Frame5(1)", "Frame4(0)"},
+        {"Frame5(2)", "Frame4(0)"}, {"Frame5(3)", "Frame4(0)"}, {"Frame5(4)", "Frame4(1)"},
+        {"Frame5(5)", "Frame4(1)"}, {"Frame5(6)", "Frame4(1)"}, {"Frame5(7)", "Frame4(1)"},
+    };
+    for (const Member& member : kMembers) {
+        if (member.control == name) {
+            return member.group;
+        }
+    }
+    // Label3(k), Label5(k) and Label13(k) stand in Frame5(k).
+    static constexpr std::string_view kCells[] = {"Frame5(0)", "Frame5(1)", "Frame5(2)",
+                                                  "Frame5(3)", "Frame5(4)", "Frame5(5)",
+                                                  "Frame5(6)", "Frame5(7)"};
+    for (std::string_view cell : {"Label3(", "Label5(", "Label13("}) {
+        if (name.size() == cell.size() + 2 && name.substr(0, cell.size()) == cell &&
+            name.back() == ')' && name[cell.size()] >= '0' && name[cell.size()] <= '7') {
+            return kCells[name[cell.size()] - '0'];
+        }
+    }
+    return {};
+}
+
 }  // namespace brizalog

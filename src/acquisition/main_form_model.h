@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "catalogue/control.h"
 
@@ -103,6 +105,10 @@ struct MainFormModel {
         std::string parent;
     };
     std::vector<MenuEntry> menuTree;
+
+    // The group that holds a panel control ("Label3(5)" stands in "Frame5(5)", which stands in
+    // "Frame4(1)"); empty for a control that stands on the form itself.
+    static std::string_view GroupOf(std::string_view name);
 };
 
 }  // namespace brizalog

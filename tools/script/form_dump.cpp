@@ -1,0 +1,144 @@
+#include <string>
+
+#include "script_runner.h"
+
+namespace brizalog::script {
+
+namespace {
+
+// Collects "NAME=VALUE" lines and prints those that the filter selects: a word selects an item
+// by its own name ("LogDelay", "Amps(2)") or a whole array or control group ("RawValue",
+// "Amps"), with every property line that follows the name.
+class DumpLines {
+public:
+    DumpLines(Printer& printer, const std::vector<std::string_view>& filter)
+        : m_printer(printer), m_filter(filter), m_used(filter.size(), false) {}
+
+    void Number(std::string_view name, double value) {
+        if (Selected(name)) {
+            m_printer.Number(name, value);
+        }
+    }
+    void Flag(std::string_view name, bool value) {
+        if (Selected(name)) {
+            m_printer.Flag(name, value);
+        }
+    }
+    void Text(std::string_view name, std::string_view value) {
+        if (Selected(name)) {
+            m_printer.Value(name, value);
+        }
+    }
+    template <typename Array>
+    void Numbers(std::string_view name, const Array& array) {
+        for (int i = Array::kLow; i <= Array::kHigh; ++i) {
+            Number(std::string(name) + "[" + std::to_string(i) + "]", array[i]);
+        }
+    }
+    // The first word that selected nothing, or empty when every word selected something.
+    std::string_view Unused() const {
+        for (std::size_t i = 0; i < m_filter.size(); ++i) {
+            if (!m_used[i]) {
+                return m_filter[i];
+            }
+        }
+        return {};
+    }
+
+private:
+    bool Selected(std::string_view name) {
+        if (m_filter.empty()) {
+            return true;
+        }
+        bool selected = false;
+        for (std::size_t i = 0; i < m_filter.size(); ++i) {
+            const std::string_view word = m_filter[i];
+            if (name.substr(0, word.size()) != word) {
+                continue;
+            }
+            if (name.size() == word.size() || name[word.size()] == '[' ||
+                name[word.size()] == '(' || name[word.size()] == '.') {
+                m_used[i] = true;
+                selected = true;
+            }
+        }
+        return selected;
+    }
+
+    Printer& m_printer;
+    const std::vector<std::string_view>& m_filter;
+    std::vector<bool> m_used;
+};
+
+}  // namespace
+
+void ScriptRunner::DumpForm(const std::vector<std::string_view>& filter) {
+    const Brizalog& form = *m_form;
+    const SharedState& s = form.state();
+    const Settings& settings = s.settings;
+    DumpLines out(m_printer, filter);
+
+    out.Numbers("RawValue", s.RawValue);
+    out.Numbers("ChannelValue", s.ChannelValue);
+    out.Numbers("ChannelWatts", s.ChannelWatts);
+    out.Numbers("SumValue", s.SumValue);
+    out.Numbers("AvgValue", s.AvgValue);
+    out.Numbers("SumWatts", s.SumWatts);
+    out.Numbers("AvgWatts", s.AvgWatts);
+    out.Numbers("WattHours", s.WattHours);
+    out.Numbers("DailyExtreme", s.DailyExtreme);
+    out.Numbers("ADCOffset", s.calibration.ADCOffset);
+    out.Numbers("ADCDivider", s.calibration.ADCDivider);
+
+    out.Number("GoodDataCount", static_cast<double>(s.GoodDataCount));
+    out.Number("LoggingActive", s.LoggingActive);
+    out.Number("PlotWatts1", s.PlotWatts1);
+    out.Number("PlotWatts2", s.PlotWatts2);
+    out.Number("PlotRPM1", s.PlotRPM1);
+    out.Number("PlotRPM2", s.PlotRPM2);
+    out.Text("ErrorContext", s.ErrorContext);
+    out.Text("LastLogTime", s.LastLogTime);
+    out.Text("LastFrame", s.LastFrame);
+    out.Text("ReceiveBuffer", form.ReceiveBuffer());
+    out.Text("LoggerFrame", form.LoggerFrame());
+    out.Text("MeterFrame", form.MeterFrame());
+
+    out.Number("SystemType", settings.SystemType);
+    out.Number("PortNumber", settings.PortNumber);
+    out.Number("BaudRate", settings.BaudRate);
+    out.Number("SaveExcel", settings.SaveExcel);
+    out.Number("LogDelay", settings.LogDelay);
+    out.Number("LogOn", settings.LogOn);
+    out.Text("WSUnits", settings.WSUnits);
+    out.Number("DispMessages", settings.DispMessages);
+    out.Text("PersonalString", settings.PersonalString);
+    out.Text("LastFile", settings.LastFile);
+
+    for (const FormTimer* timer : {&m_form->timer1(), &m_form->timer2(), &m_form->timer3()}) {
+        out.Flag(timer->name() + ".enabled", timer->Enabled());
+        out.Number(timer->name() + ".interval", timer->Interval());
+    }
+    out.Flag("port.open", m_serial.IsOpen());
+
+    const MainFormModel& model = form.model();
+    out.Text("caption", model.caption);
+    out.Number("panelHeight", model.panelHeight);
+    for (const auto& [name, control] : model.controls.items()) {
+        out.Text(name, control->text);
+        out.Flag(name + ".visible", control->visible);
+        out.Flag(name + ".enabled", control->enabled);
+        out.Flag(name + ".checked", control->checked);
+        out.Number(name + ".colour", control->colour);
+        out.Number(name + ".forecolour", control->foreColour);
+        if (name.rfind("Frame", 0) == 0) {
+            out.Number(name + ".top", control->top);
+        }
+    }
+
+    const std::string_view unused = out.Unused();
+    if (!unused.empty()) {
+        throw ScriptError("dump: nothing is called \"" + std::string(unused) + "\"");
+    }
+}
+
+}  // namespace brizalog::script
