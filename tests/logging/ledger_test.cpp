@@ -38,39 +38,6 @@ TEST(Rollover, WritesTheDayJustEndedAndClearsOnlyTheTotalsAndFirstSums) {
     EXPECT_EQ(rig.s.GoodDataCount, 7);
 }
 
-TEST(Rollover, AWhoursFileThatCannotBeWrittenIsAFailureForTheCaller) {
-    LoggingRig rig;
-    std::filesystem::remove_all(rig.folder.path() / "logs");
-    rig.At(2026, 3, 8, 0, 0, 1);
-    rig.s.WattHours[3] = 4;
-    EXPECT_THROW(rig.form.Timer3_Timer(), Failure);
-    EXPECT_EQ(rig.s.WattHours[3], 4);
-}
-
-// Lines of a morning in system 1: first record of the day, two more, and an unfinished last one.
-const std::string kMorning =
-    "<T>06:00</T><L>30</L><V1>12.00</V1><A1>9.0</A1>\r\n"
-    "<T>06:00</T><L>30</L><V1>12.00</V1><A1>2.0</A1><A2>1.5</A2>\r\n"
-    "<T>06:01</T><V1>13.00</V1><A2>0.5</A2>\r\n"
-    "<T>06:01</T><L>30</L><V1>14.00</V1><A1>50.0</A1>";
-
-TEST(Replay, RebuildsTotalsAndMaximaFromTheMiddleLinesOfTodaysLog) {
-    LoggingRig rig(1, 30);
-    rig.folder.Write("logs/BZ_2026_03_07.txt", kMorning);
-    rig.s.DailyExtreme[15] = 20;
-    EXPECT_TRUE(ReplayTodaysLogFile(rig.folder.path(), rig.clock.Now(), rig.s));
-
-    // Line 1: 30 s of 24 W and 18 W. Line 2, no <L>: 10 s, A1's 24 W again, A2 at 6.5 W.
-    EXPECT_DOUBLE_EQ(rig.s.WattHours[1], 30 * 24 / 3600.0 + 10 * 24 / 3600.0);
-    EXPECT_DOUBLE_EQ(rig.s.WattHours[2], 30 * 18 / 3600.0 + 10 * 6.5 / 3600.0);
-    EXPECT_EQ(rig.s.DailyExtreme[0], 2);    // amps of channel 1 at i − 1
-    EXPECT_EQ(rig.s.DailyExtreme[16], 18);  // watts of slot 2 at i + 14
-    EXPECT_EQ(rig.s.DailyExtreme[15], 24);  // watts of slot 1, raised from 20
-    EXPECT_EQ(rig.s.ChannelValue[9], 13);
-    EXPECT_EQ(rig.s.ChannelWatts[2], 6.5);
-    EXPECT_EQ(rig.s.SumWatts[1], 0);
-}
-
 TEST(Replay, EachSystemTypeReadsItsOwnTags) {
     SharedState s;
     SetDefaultChannelTable(s.channels);

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "logging/log_records.h"
 #include "logging/logging_rig.h"
 
 namespace brizalog::testing {
@@ -38,23 +35,6 @@ TEST(LoggingTick, AveragesTheIntervalLogsItAndAddsItsEnergy) {
     EXPECT_FALSE(rig.form.timer3().Enabled());
 }
 
-TEST(LoggingTick, AnIntervalWithoutFramesRepeatsTheLastAveragesWithoutEnergy) {
-    LoggingRig rig(1, 30);
-    rig.form.startMENU_Click();
-    rig.s.GoodDataCount = 1;
-    rig.Frames(1, 9, 12.5);
-    rig.FramesWatts(1, 1, 100);
-    rig.form.Timer1_Timer();
-    const double energy = rig.s.WattHours[1];
-    rig.At(2026, 3, 7, 14, 6, 0);
-    rig.form.Timer1_Timer();
-
-    const std::string log = rig.Read(kBzToday);
-    EXPECT_NE(log.find("<T>14:06</T><L>30</L><V1>12.50</V1>"), std::string::npos);
-    EXPECT_EQ(rig.s.WattHours[1], energy);
-    EXPECT_EQ(rig.s.ErrorContext, " No valid data recieved : Logged previous data");
-}
-
 TEST(LoggingTick, FirstTickWithoutAnyFrameStopsLogging) {
     LoggingRig rig(1, 30);
     rig.form.model().caption = "Waiting for Data";
@@ -73,22 +53,6 @@ TEST(LoggingTick, FirstTickWithoutAnyFrameStopsLogging) {
     EXPECT_DOUBLE_EQ(rig.s.WattHours[1], 3);
     EXPECT_EQ(rig.dialogs.messages.size(), 1u);
     EXPECT_FALSE(rig.folder.Exists(kBzToday));
-}
-
-TEST(LoggingTick, SystemEightAppendsThreeFilesHourlyAtShortIntervals) {
-    LoggingRig rig(8, 5);
-    rig.form.startMENU_Click();
-    rig.form.Timer1_Timer();
-    rig.form.Timer1_Timer();
-    for (const char* name :
-         {"logs/BZ_2026_03_07_14.txt", "logs/RE_2026_03_07_14.txt", "logs/ML_2026_03_07_14.txt"}) {
-        const std::string log = rig.Read(name);
-        EXPECT_EQ(log.substr(0, 22), "<T>14:05</T><L>5</L><V") << name;
-        EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2) << name;
-    }
-    rig.s.settings.LogDelay = 6;
-    rig.form.Timer1_Timer();
-    EXPECT_TRUE(rig.folder.Exists("logs/ML_2026_03_07.txt"));
 }
 
 TEST(LoggingTick, AFileThatCannotBeWrittenIsPassedOver) {
@@ -111,33 +75,6 @@ TEST(LoggingTick, AFileThatCannotBeWrittenIsPassedOver) {
     EXPECT_EQ(rig.s.GoodDataCount, 0);
     EXPECT_TRUE(rig.dialogs.messages.empty());
     EXPECT_FALSE(rig.folder.Exists("logs"));
-}
-
-TEST(LoggingTick, SpreadsheetCopyGoesToTheProvisionedExcelFolder) {
-    LoggingRig rig(0, 30);
-    rig.s.settings.SaveExcel = 1;
-    rig.form.startMENU_Click();
-    rig.s.GoodDataCount = 3;
-    rig.Frames(3, 9, 13.3);
-    rig.form.Timer1_Timer();
-    rig.s.settings.WSUnits = "mph";  // too late for the header of the day
-    rig.At(2026, 3, 7, 14, 5, 30);
-    rig.form.Timer1_Timer();
-
-    EXPECT_FALSE(rig.folder.Exists("Excel"));
-    const std::string sheet = rig.Read("excel/2026_03_07.xls");
-    EXPECT_EQ(sheet.rfind(SpreadsheetHeader("km/h"), 0), 0u);
-    EXPECT_NE(sheet.find("\r\n\r\n<tr><td>13.3</td><td>0</td><td>0</td><td>0</td><td>0</td><td>"
-                         "<td><td>14:05:00</td></tr>\r\n\r\n<tr><td>13.3</td>"),
-              std::string::npos);
-    EXPECT_NE(sheet.find("<td><td>14:05:30</td></tr>\r\n\r\n"), std::string::npos);
-    EXPECT_EQ(sheet.find("mph"), std::string::npos);
-
-    rig.s.settings.SaveExcel = 0;
-    rig.At(2026, 3, 8, 0, 0, 30);
-    rig.form.Timer1_Timer();
-    EXPECT_FALSE(rig.folder.Exists("excel/2026_03_08.xls"));
-    EXPECT_TRUE(rig.folder.Exists("logs/WD_2026_03_08.txt"));
 }
 
 TEST(StartAndStop, TheDelayBoxIsCheckedAndBroughtIntoRange) {

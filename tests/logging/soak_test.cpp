@@ -115,7 +115,7 @@ TEST(Soak, ADayOfSystemEightAcrossMidnightKeepsEveryRecordAndWattHour) {
     const std::size_t second = bz.find("<T>00:00</T>", 1);
     ASSERT_NE(second, std::string::npos);
     EXPECT_EQ(bz.substr(second, 47), "<T>00:00</T><L>30</L><V1>12.90</V1><A1>4.7</A1>");
-    EXPECT_EQ(bz.find("<A1>4.7</A1>", second + 1), std::string::npos);
+    EXPECT_EQ(bz.find("<A1>4.7</A1>", bz.find('\n', second)), std::string::npos);
 }
 
 }  // namespace
