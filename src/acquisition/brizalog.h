@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "acquisition/frame_tag_index.h"
 #include "acquisition/main_form_model.h"
 #include "catalogue/services.h"
 #include "catalogue/state.h"
@@ -156,9 +157,13 @@ private:
     MarkerSearch m_meterEnd{"</msg>"};
     std::string m_loggerFrame;
     std::string m_meterFrame;
-    std::string m_elementValue;  // scratch of the decoders
-    std::string m_startTag;      // scratch of the decoders
-    std::string m_endTag;        // scratch of the decoders
+    // Scratch of the decoders, kept so that a frame costs no allocation.
+    FrameTagIndex m_tagIndex;
+    std::string m_elementValue;
+    std::string m_tagNames[25];  // the XMLhardware names that the two tag lists were built from
+    std::string m_startTags[25];
+    std::string m_endTags[25];
+    std::size_t m_longestTag = 0;
 
     // The cell texts of the panel refresh, per system type: which control, which value, which
     // pattern and which display flags gate it. Built once; the flags are read at each refresh.

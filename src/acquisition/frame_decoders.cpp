@@ -1,17 +1,24 @@
+#include <algorithm>
+
 #include "acquisition/brizalog.h"
 #include "catalogue/channels.h"
 #include "catalogue/text_rules.h"
 
 namespace brizalog {
 
-// Readings are found by plain text search for their tags, first occurrence of each. A missing
-// element keeps its channel's last reading; an end tag before its start tag is a failure that
-// the intake's trap catches (or, in system 4, does not).
+// Readings are found by plain text search for their tags, first occurrence of each, through
+// the frame's tag index. A missing element keeps its channel's last reading; an end tag before
+// its start tag is a negative length, a failure that the intake's trap catches (or, in system
+// 4, does not).
 void Brizalog::DecodeElement(std::string_view frame, std::string_view startTag,
                              std::string_view endTag, int index) {
-    if (!ExtractTagValue(frame, startTag, endTag, m_elementValue)) {
+    const long s = m_tagIndex.Find(startTag);
+    const long e = m_tagIndex.Find(endTag);
+    if (s == 0 || e == 0) {
         return;
     }
+    const long tagLength = static_cast<long>(startTag.size());
+    m_elementValue = Mid(frame, s + tagLength, e - s - tagLength);
     if (IsNumeric(m_elementValue)) {
         m_state.RawValue[index] = ParseNumber(m_elementValue);
         return;
@@ -26,6 +33,7 @@ void Brizalog::DecodeElement(std::string_view frame, std::string_view startTag,
 void Brizalog::DecodeLoggerFrame() {
     const std::string_view frame = m_loggerFrame;
     if (m_state.settings.SystemType == 0) {
+        m_tagIndex.Build(frame, 4);
         DecodeElement(frame, "<V>", "</V>", 9);
         DecodeElement(frame, "<I>", "</I>", 1);
         DecodeElement(frame, "<S>", "</S>", 12);
@@ -34,17 +42,31 @@ void Brizalog::DecodeLoggerFrame() {
     }
     // The user's channel table decides which element feeds which channel. Every tag is searched
     // for, whether the channel is enabled or not.
-    const auto& tags = m_state.channels.XMLhardware;
+    const auto& names = m_state.channels.XMLhardware;
     for (int n = 1; n <= kChannelCount; ++n) {
-        m_startTag.assign("<").append(tags[n]).append(">");
-        m_endTag.assign("</").append(tags[n]).append(">");
-        DecodeElement(frame, m_startTag, m_endTag, n);
+        if (names[n] != m_tagNames[n]) {
+            m_tagNames[n] = names[n];
+            m_startTags[n].assign("<").append(names[n]).append(">");
+            m_endTags[n].assign("</").append(names[n]).append(">");
+            m_longestTag = 0;
+        }
+    }
+    if (m_longestTag == 0) {
+        for (int n = 1; n <= kChannelCount; ++n) {
+            m_longestTag = std::max(m_longestTag, m_endTags[n].size());
+        }
+    }
+    m_tagIndex.Build(frame, m_longestTag);
+    for (int n = 1; n <= kChannelCount; ++n) {
+        DecodeElement(frame, m_startTags[n], m_endTags[n], n);
     }
 }
 
 void Brizalog::DecodeMeterFrame() {
     const std::string_view frame = m_meterFrame;
+    m_tagIndex.Build(frame, 7);
     // The temperature and three channels of one sensor into four consecutive RawValue indexes.
+    // The channel tags are single literals: "<ch1>" and "<watts>" must stand side by side.
     auto sensor = [&](int first) {
         DecodeElement(frame, "<tmpr>", "</tmpr>", first);
         DecodeElement(frame, "<ch1><watts>", "</watts></ch1>", first + 1);
