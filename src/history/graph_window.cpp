@@ -1,0 +1,472 @@
+#include "history/graph_window.h"
+
+#include <cmath>
+#include <limits>
+
+#include "catalogue/failure.h"
+#include "catalogue/files.h"
+#include "catalogue/local_time.h"
+#include "catalogue/text_rules.h"
+
+namespace brizalog {
+
+namespace {
+
+// The controls that the power curves and the distribution hide and the time axis shows again.
+constexpr std::string_view kHiddenByCurves[] = {
+    "CheckVolts", "CheckWatts", "CheckAmps", "CheckWS",      "CheckRPM",     "Collate",
+    "CSV",        "ftime",      "rv",        "sv",           "stime",        "vt",
+    "vv",         "wv",         "av",        "CheckScaling", "DisplayButton"};
+
+constexpr std::string_view kXAxisChoices[] = {"XAxisTime", "XAxisRPM", "XAxisWind", "Distribution"};
+
+std::string Quoted(const std::string& text) {
+    return "\"" + text + "\"";
+}
+
+}  // namespace
+
+GraphWindow::GraphWindow(const GraphMember& member, SharedState& state,
+                         std::filesystem::path folder, Clock& clock, Dialogs& dialogs, Plot& plot)
+    : m_member(member),
+      m_state(state),
+      m_folder(std::move(folder)),
+      m_clock(clock),
+      m_dialogs(dialogs),
+      m_plot(plot) {
+    caption = std::string(member.designCaption);
+    Add("Dir1", "");
+    Add("File1", "*.txt");
+    Add("FileName", "FileName");
+    Add("Label15", "Log History");
+    Add("Time1h", "00");
+    Add("Time1m", "00");
+    Add("Time2h", "23");
+    Add("Time2m", "59");
+    Add("DisplayButton", "DISPLAY");
+    Add("CheckScaling", "Scaled").checked = true;
+    if (member.hasCollate) {
+        Add("Collate", "Collate");
+    }
+    Add("CSV", ".CSV");
+    if (member.print != PrintKind::None) {
+        Add("PrintButton", "PRINT");
+    }
+    Add("ExitGraphsButton", "Exit");
+    if (member.hasXAxisChoices) {
+        Add("Frame1", "x axis parameter");
+        Add("XAxisTime", "time").checked = true;
+        Add("XAxisRPM", "rpm");
+        Add("XAxisWind", "wind speed");
+        Add("Distribution", "Distribution");
+    }
+    Add("Plot", "").colour = kPlotScreenColour;
+    Add("Label7", "Time");
+    Add("stime", "Start");
+    Add("ftime", "Finish");
+    Add("vt", "");
+    const std::size_t count = member.series.size();
+    for (const SeriesSpec& spec : member.series) {
+        Add(std::string(spec.box), std::string(spec.designCaption));
+        m_series.push_back(std::make_unique<RecordArray>());
+    }
+    for (const SeriesSpec& spec : member.series) {
+        Add(std::string(spec.readout), "");
+    }
+    for (const SeriesSpec& spec : member.series) {
+        if (!spec.energyLabel.empty()) {
+            Add(std::string(spec.energyLabel), "");
+        }
+    }
+    m_showFlag.assign(count, 0);
+    m_max.assign(count, 0);
+    m_min.assign(count, 0);
+    m_top.assign(count, 0);
+    m_bottom.assign(count, 0);
+    m_height.assign(count, 0);
+}
+
+Control& GraphWindow::Add(std::string name, std::string text) {
+    Control& control = m_storage.emplace_back();
+    control.text = std::move(text);
+    m_controls.Add(std::move(name), control);
+    return control;
+}
+
+Control& GraphWindow::Ctl(std::string_view name) {
+    Control* control = m_controls.Find(name);
+    if (control == nullptr) {
+        // A control that this member lacks: the rule that names it has no effect here.
+        static Control scratch;
+        scratch = Control{};
+        return scratch;
+    }
+    return *control;
+}
+
+void GraphWindow::SetTextIfPresent(std::string_view name, std::string text) {
+    if (Control* control = m_controls.Find(name)) {
+        control->text = std::move(text);
+    }
+}
+
+void GraphWindow::Trapped(const std::function<void()>& body) {
+    try {
+        body();
+    } catch (const Failure& failure) {
+        m_dialogs.ShowMessage(failure.what());
+    }
+}
+
+std::filesystem::path GraphWindow::Logs(std::string_view name) const {
+    return InFolder(m_folder, "/logs/" + std::string(name));
+}
+
+double GraphWindow::MaxLimitOf(int series) const {
+    const SeriesSpec& spec = m_member.series[static_cast<std::size_t>(series)];
+    return spec.fixedLimit >= 0 ? spec.fixedLimit : m_state.channels.MaxLimit[spec.channel];
+}
+
+std::int32_t GraphWindow::ColourOf(int series) const {
+    const SeriesSpec& spec = m_member.series[static_cast<std::size_t>(series)];
+    return spec.fixedColour >= 0 ? spec.fixedColour : m_state.channels.LineColour[spec.channel];
+}
+
+int GraphWindow::FindSeriesByBox(std::string_view name) const {
+    for (std::size_t i = 0; i < m_member.series.size(); ++i) {
+        if (m_member.series[i].box == name) {
+            return static_cast<int>(i);
+        }
+    }
+    return kNoSeries;
+}
+
+int GraphWindow::FindSeriesByReadout(std::string_view name) const {
+    for (std::size_t i = 0; i < m_member.series.size(); ++i) {
+        if (m_member.series[i].readout == name) {
+            return static_cast<int>(i);
+        }
+    }
+    return kNoSeries;
+}
+
+std::vector<std::string> GraphWindow::File1Items() const {
+    if (file1Folder.empty()) {
+        return {};
+    }
+    return ListFiles(InFolder(m_folder, file1Folder), m_controls.Find("File1")->text);
+}
+
+// ---- Load and the clicks of log selection ------------------------------------------------
+
+void GraphWindow::Form_Load() {
+    loaded = true;
+    Trapped([&] {
+        if (m_member.needsSystemType && m_state.settings.SystemType == 0) {
+            return;  // the window stays unset: no folder, no pattern, no boxes
+        }
+        Ctl("Dir1").text = "\\logs";
+        file1Folder = "\\logs";
+        Ctl("File1").text = std::string(m_member.pattern);
+        if (m_member.captionOf == m_member.name || !m_lookup) {
+            caption = m_state.settings.PersonalString;
+        } else {
+            GraphWindow& other = m_lookup(m_member.captionOf);
+            if (!other.loaded) {
+                other.Form_Load();
+            }
+            other.caption = m_state.settings.PersonalString;
+        }
+        DragActive = 0;
+        ViewStart = 0;
+        ViewEnd = 0;
+        ScaleFlag = 1;
+        Ctl("CheckScaling").checked = true;
+        const ChannelTable& table = m_state.channels;
+        for (std::size_t i = 0; i < m_member.series.size(); ++i) {
+            const SeriesSpec& spec = m_member.series[i];
+            Control& box = Ctl(spec.box);
+            const int state =
+                spec.fixedBoxState >= 0 ? spec.fixedBoxState : table.enableGRAPHING[spec.channel];
+            m_showFlag[i] = state;
+            box.checked = state == 1;
+            if (spec.channel != 0) {
+                box.foreColour = table.LineColour[spec.channel];
+                if (!spec.keepCaption) {
+                    box.text = table.ChannelName[spec.channel];
+                }
+            }
+        }
+        if (m_member.emptyResult == EmptyResult::TodayThenThis) {
+            loadFlag = 1;
+        }
+        // The hourly logs of short intervals are not tried: the list alone leads to them.
+        Ctl("FileName").text =
+            std::string(m_member.prefix) + DateTag(m_clock.Now(), false) + ".txt";
+        LogFileFound = FileExists(InFolder(m_folder, "\\logs\\" + Ctl("FileName").text));
+        if (LogFileFound) {
+            ReadLog();
+        }
+    });
+}
+
+void GraphWindow::Dir1_Change(std::string_view folder) {
+    Ctl("Dir1").text = std::string(folder);
+    // GraphRE's list cannot leave the logs folder, whatever folder is chosen.
+    file1Folder = m_member.logsFolderFixed ? "\\logs" : std::string(folder);
+}
+
+void GraphWindow::File1_Click(std::string_view name) {
+    Trapped([&] {
+        if (m_member.hasCollate && Ctl("Collate").checked) {
+            Collate();
+        }
+        Ctl("FileName").text = std::string(name);
+        Ctl("Time1h").text = "00";
+        Ctl("Time1m").text = "00";
+        Ctl("Time2h").text = "23";
+        Ctl("Time2m").text = "59";
+        ReadLog();
+    });
+}
+
+void GraphWindow::DisplayButton_Click() {
+    Trapped([&] { ReadLog(); });
+}
+
+void GraphWindow::ExitGraphsButton_Click() {
+    loaded = false;
+    visible = false;
+    unloadedByExit = true;
+}
+
+void GraphWindow::SeriesBox_Click(int series) {
+    m_showFlag[static_cast<std::size_t>(series)] =
+        Ctl(m_member.series[static_cast<std::size_t>(series)].box).checked ? 1 : 0;
+    if (RecordCount > 1) {
+        TimeChart();
+    }
+}
+
+void GraphWindow::CheckScaling_Click() {
+    ScaleFlag = Ctl("CheckScaling").checked ? 1 : 0;
+    Ctl("CheckScaling").text = ScaleFlag == 1 ? "Scaled" : "Unscaled";
+    if (RecordCount > 1) {
+        TimeChart();
+    }
+}
+
+void GraphWindow::SelectOption(std::string_view name) {
+    for (std::string_view choice : kXAxisChoices) {
+        if (Control* option = m_controls.Find(choice)) {
+            option->checked = choice == name;
+        }
+    }
+}
+
+void GraphWindow::HideForCurves() {
+    for (std::string_view name : kHiddenByCurves) {
+        if (Control* control = m_controls.Find(name)) {
+            control->visible = false;
+        }
+    }
+}
+
+void GraphWindow::ShowHiddenControls() {
+    for (std::string_view name : kHiddenByCurves) {
+        if (Control* control = m_controls.Find(name)) {
+            control->visible = true;
+        }
+    }
+}
+
+void GraphWindow::XAxisTime_Click() {
+    ShowHiddenControls();
+    m_plot.Clear();
+    TimeChart();
+}
+
+bool GraphWindow::Click(std::string_view name, std::string_view item) {
+    Control* control = m_controls.Find(name);
+    if (control == nullptr) {
+        return false;
+    }
+    if (!control->visible || !control->enabled) {
+        return true;  // the user cannot reach it
+    }
+    if (name == "File1") {
+        File1_Click(item);
+    } else if (name == "Dir1") {
+        Dir1_Change(item);
+    } else if (name == "DisplayButton") {
+        DisplayButton_Click();
+    } else if (name == "ExitGraphsButton") {
+        ExitGraphsButton_Click();
+    } else if (name == "CheckScaling") {
+        control->checked = !control->checked;
+        Trapped([&] { CheckScaling_Click(); });
+    } else if (name == "Collate") {
+        control->checked = !control->checked;
+    } else if (name == "CSV") {
+        Trapped([&] { ExportCsv(); });
+    } else if (name == "PrintButton") {
+        Trapped([&] { PrintButton_Click(); });
+    } else if (name == "XAxisTime") {
+        SelectOption(name);
+        Trapped([&] { XAxisTime_Click(); });
+    } else if (name == "XAxisRPM") {
+        SelectOption(name);
+        Trapped([&] { XAxisRPM_Click(); });
+    } else if (name == "XAxisWind") {
+        SelectOption(name);
+        Trapped([&] { XAxisWind_Click(); });
+    } else if (name == "Distribution") {
+        SelectOption(name);
+        Trapped([&] { Distribution_Click(); });
+    } else if (const int series = FindSeriesByBox(name); series != kNoSeries) {
+        control->checked = !control->checked;
+        Trapped([&] { SeriesBox_Click(series); });
+    } else if (const int readout = FindSeriesByReadout(name); readout != kNoSeries) {
+        Trapped([&] { ReadoutLabel_Click(readout); });
+    }
+    return true;
+}
+
+bool GraphWindow::SetText(std::string_view name, std::string_view text) {
+    Control* control = m_controls.Find(name);
+    if (control == nullptr) {
+        return false;
+    }
+    const bool isBox =
+        name == "CheckScaling" || name == "Collate" || FindSeriesByBox(name) != kNoSeries;
+    if (name == "Dir1") {
+        Dir1_Change(text);
+    } else if (isBox) {
+        const bool value = ParseNumber(text) != 0;
+        if (value != control->checked) {
+            control->checked = !value;  // the click turns it to the value asked for
+            Click(name);
+        }
+    } else {
+        control->text = std::string(text);
+    }
+    return true;
+}
+
+// ---- Dump --------------------------------------------------------------------------------
+
+std::vector<std::string> GraphWindow::Dump() const {
+    std::vector<std::string> lines;
+    lines.push_back("caption " + Quoted(caption));
+    lines.push_back(std::string("loaded ") + (loaded ? "1" : "0") + " visible " +
+                    (visible ? "1" : "0"));
+    lines.push_back("RecordCount " + std::to_string(RecordCount));
+    lines.push_back("ViewStart " + FormatShortest(ViewStart));
+    lines.push_back("ViewEnd " + FormatShortest(ViewEnd));
+    lines.push_back("ScaleFlag " + std::to_string(ScaleFlag));
+    std::string flags = "ShowFlag";
+    for (int flag : m_showFlag) {
+        flags += " " + std::to_string(flag);
+    }
+    lines.push_back(flags);
+    lines.push_back("DragActive " + std::to_string(DragActive));
+    lines.push_back("ZoomLock " + std::to_string(ZoomLock));
+    lines.push_back(std::string("LogFileFound ") + (LogFileFound ? "True" : "False"));
+    lines.push_back("ExtremeToggle " +
+                    (extremeToggleSet ? std::to_string(ExtremeToggle) : std::string("Empty")));
+    if (m_member.emptyResult == EmptyResult::TodayThenThis) {
+        lines.push_back("LoadFlag " + std::to_string(loadFlag));
+    }
+    lines.push_back("File1 folder " + Quoted(file1Folder) + " pattern " +
+                    Quoted(m_controls.Find("File1")->text));
+    for (const std::string& item : File1Items()) {
+        lines.push_back("File1 item " + item);
+    }
+    lines.push_back("Plot background " + std::to_string(m_plot.BackColour()) + " scale " +
+                    FormatShortest(m_plot.ScaleWidth()) + " " +
+                    FormatShortest(m_plot.ScaleHeight()) + " width " +
+                    std::to_string(m_plot.DrawWidth()));
+    for (const auto& [name, control] : m_controls.items()) {
+        if (name == "File1" || name == "Plot") {
+            continue;
+        }
+        std::string line = name + " " + Quoted(control->text);
+        if (control->checked) {
+            line += " checked";
+        }
+        if (!control->visible) {
+            line += " hidden";
+        }
+        if (!control->enabled) {
+            line += " disabled";
+        }
+        if (control->colour != kDefaultColour) {
+            line += " colour " + std::to_string(control->colour);
+        }
+        if (control->foreColour != kDefaultColour) {
+            line += " forecolour " + std::to_string(control->foreColour);
+        }
+        lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
+// ---- Times -------------------------------------------------------------------------------
+
+std::string DayFractionText(double fraction) {
+    const double seconds = std::round(fraction * 86400.0);
+    long long whole = static_cast<long long>(seconds);
+    whole %= 86400;
+    if (whole < 0) {
+        whole += 86400;
+    }
+    const int hours = static_cast<int>(whole / 3600);
+    const int minutes = static_cast<int>(whole % 3600 / 60);
+    std::string text = "00:00";
+    text[0] = static_cast<char>('0' + hours / 10);
+    text[1] = static_cast<char>('0' + hours % 10);
+    text[3] = static_cast<char>('0' + minutes / 10);
+    text[4] = static_cast<char>('0' + minutes % 10);
+    return text;
+}
+
+bool ParseClockTime(std::string_view text, double& fraction) {
+    while (!text.empty() && text.front() == ' ') {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && text.back() == ' ') {
+        text.remove_suffix(1);
+    }
+    int parts[3] = {0, 0, 0};
+    int count = 0;
+    int digits = 0;
+    for (char c : text) {
+        if (c >= '0' && c <= '9') {
+            if (++digits > 2) {
+                return false;
+            }
+            parts[count] = parts[count] * 10 + (c - '0');
+        } else if (c == ':' && digits > 0 && count < 2) {
+            ++count;
+            digits = 0;
+        } else {
+            return false;
+        }
+    }
+    if (count == 0 || digits == 0 || parts[0] > 23 || parts[1] > 59 || parts[2] > 59) {
+        return false;
+    }
+    fraction = (parts[0] * 3600.0 + parts[1] * 60.0 + parts[2]) / 86400.0;
+    return true;
+}
+
+int PositionIndex(double position) {
+    const double rounded = std::nearbyint(position);
+    if (!(rounded >= std::numeric_limits<int>::min() &&
+          rounded <= std::numeric_limits<int>::max())) {
+        throw Failure(FailureKind::Overflow);
+    }
+    return static_cast<int>(rounded);
+}
+
+}  // namespace brizalog
