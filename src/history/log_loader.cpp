@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,13 +34,101 @@ std::vector<std::string> SplitLines(std::string_view text) {
     }
 }
 
+// Finds tags in one record line. Every tag the windows look for begins with "<", and a log line
+// is dense with them, so the line's "<" positions are kept once per line in buckets by the two
+// characters that follow; a search compares only the candidates of its bucket, in line order, and
+// so finds the same first occurrence as a plain, case-sensitive search of the whole line.
+class LineTags {
+public:
+    void Index(std::string_view line) {
+        m_line = line;
+        m_head.fill(-1);
+        m_next.clear();
+        m_position.clear();
+        for (std::size_t p = line.size(); p-- > 0;) {
+            if (line[p] == '<') {
+                const auto key = Key(line, p);
+                m_position.push_back(static_cast<std::uint32_t>(p));
+                m_next.push_back(m_head[key]);
+                m_head[key] = static_cast<std::int32_t>(m_position.size() - 1);
+            }
+        }
+    }
+    // Position of the first occurrence of `tag`, npos when there is none.
+    std::size_t Find(std::string_view tag) const {
+        if (tag.size() < 3 || tag[0] != '<') {
+            return m_line.find(tag);
+        }
+        for (std::int32_t e = m_head[Key(tag, 0)]; e >= 0;
+             e = m_next[static_cast<std::size_t>(e)]) {
+            const std::size_t p = m_position[static_cast<std::size_t>(e)];
+            if (m_line.size() - p >= tag.size() && m_line.compare(p, tag.size(), tag) == 0) {
+                return p;
+            }
+        }
+        return std::string_view::npos;
+    }
+
+private:
+    static std::size_t Key(std::string_view text, std::size_t p) {
+        const auto c1 = p + 1 < text.size() ? static_cast<unsigned char>(text[p + 1]) : 0u;
+        const auto c2 = p + 2 < text.size() ? static_cast<unsigned char>(text[p + 2]) : 0u;
+        return (c1 * 31u + c2) & 255u;
+    }
+
+    std::string_view m_line;
+    std::array<std::int32_t, 256> m_head{};
+    std::vector<std::int32_t> m_next;
+    std::vector<std::uint32_t> m_position;
+};
+
+// The number that begins a field's text. Plain decimals of up to 15 digits, which is what the
+// logs hold, are read here exactly (a whole number of at most 15 digits divided by a power of ten
+// is rounded once, as any correct reading is); everything else goes through the number rule.
+double FieldNumber(std::string_view text) {
+    std::size_t i = 0;
+    const bool negative = i < text.size() && text[i] == '-';
+    if (negative) {
+        ++i;
+    }
+    std::int64_t digits = 0;
+    int count = 0;
+    int fraction = 0;
+    bool point = false;
+    for (; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c >= '0' && c <= '9') {
+            digits = digits * 10 + (c - '0');
+            ++count;
+            fraction += point ? 1 : 0;
+        } else if (c == '.' && !point) {
+            point = true;
+        } else {
+            break;
+        }
+    }
+    const bool plain =
+        count > 0 && count <= 15 && (i == text.size() || (text[i] != 'e' && text[i] != 'E'));
+    if (!plain || (i < text.size() && text[i] == '.')) {
+        return ParseNumber(text);
+    }
+    static constexpr double kPowers[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const double value = static_cast<double>(digits) / kPowers[fraction];
+    return negative ? -value : value;
+}
+
 // The time of a record: the text between "<T>" and "</T>", found only when the bitwise AND of
 // their 1-based positions is not 0. With "<T>" first in the line that means an odd position of
 // "</T>", so a time text of odd length: "14:05" passes, "9:05" and "14:05:10" do not. Records
 // that fail keep the time "00:00", which no range can hold.
-double RecordTime(std::string_view line, bool& valid) {
-    const long open = InStr(line, "<T>");
-    const long close = InStr(line, "</T>");
+double RecordTime(const LineTags& tags, std::string_view line, bool& valid) {
+    const auto position = [&](std::string_view tag) {
+        const std::size_t at = tags.Find(tag);
+        return at == std::string_view::npos ? 0L : static_cast<long>(at) + 1;
+    };
+    const long open = position("<T>");
+    const long close = position("</T>");
     double time = 0;
     valid = true;
     if ((open & close) != 0) {
@@ -125,13 +214,15 @@ void GraphWindow::ReadLog() {
             }
         }
         std::vector<double> scratch(static_cast<std::size_t>(m_member.scratchCount));
+        LineTags lineTags;
 
         for (const std::string& line : LogRecords) {
             if (m_member.skipEmptyLines && line.empty()) {
                 continue;
             }
+            lineTags.Index(line);
             bool valid = false;
-            const double time = RecordTime(line, valid);
+            const double time = RecordTime(lineTags, line, valid);
             if (!valid) {
                 continue;
             }
@@ -158,14 +249,14 @@ void GraphWindow::ReadLog() {
                         // A field whose tags are not both there leaves its scratch value as it
                         // is, and that value is stored all the same.
                         double& value = scratch[static_cast<std::size_t>(step.scratch)];
-                        const std::size_t open = line.find(tags[s].open);
-                        const std::size_t close = line.find(tags[s].close);
+                        const std::size_t open = lineTags.Find(tags[s].open);
+                        const std::size_t close = lineTags.Find(tags[s].close);
                         if (open != std::string::npos && close != std::string::npos) {
                             const std::size_t from = open + tags[s].open.size();
                             if (close < from) {
                                 throw Failure(FailureKind::InvalidArgument);
                             }
-                            value = ParseNumber(std::string_view(line).substr(from, close - from));
+                            value = FieldNumber(std::string_view(line).substr(from, close - from));
                         }
                         Store(step.target, value, k);
                         break;
