@@ -14,7 +14,7 @@ void GraphWindow::Collate() {
     const CollationNames& names = m_member.collation;
     // The test looks for the file under the name it is created with, so that a second visit
     // finds it. GraphCC creates "CCWattWours.txt" but reads and appends "CCWattHours.txt".
-    LogFileFound = FileExists(InFolder(m_folder, "\\logs\\" + std::string(names.create)));
+    LogFileFound = FileExists(InFolder(m_folder, "/logs/" + std::string(names.create)));
     if (!LogFileFound) {
         // The heading carries a line end of its own before the file's: one empty line follows.
         // The log on display now gets no line in this click.

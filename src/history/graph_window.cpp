@@ -20,10 +20,6 @@ constexpr std::string_view kHiddenByCurves[] = {
 
 constexpr std::string_view kXAxisChoices[] = {"XAxisTime", "XAxisRPM", "XAxisWind", "Distribution"};
 
-std::string Quoted(const std::string& text) {
-    return "\"" + text + "\"";
-}
-
 }  // namespace
 
 GraphWindow::GraphWindow(const GraphMember& member, SharedState& state,
@@ -165,8 +161,8 @@ void GraphWindow::Form_Load() {
         if (m_member.needsSystemType && m_state.settings.SystemType == 0) {
             return;  // the window stays unset: no folder, no pattern, no boxes
         }
-        Ctl("Dir1").text = "\\logs";
-        file1Folder = "\\logs";
+        Ctl("Dir1").text = "/logs";
+        file1Folder = "/logs";
         Ctl("File1").text = std::string(m_member.pattern);
         if (m_member.captionOf == m_member.name || !m_lookup) {
             caption = m_state.settings.PersonalString;
@@ -203,7 +199,7 @@ void GraphWindow::Form_Load() {
         // The hourly logs of short intervals are not tried: the list alone leads to them.
         Ctl("FileName").text =
             std::string(m_member.prefix) + DateTag(m_clock.Now(), false) + ".txt";
-        LogFileFound = FileExists(InFolder(m_folder, "\\logs\\" + Ctl("FileName").text));
+        LogFileFound = FileExists(InFolder(m_folder, "/logs/" + Ctl("FileName").text));
         if (LogFileFound) {
             ReadLog();
         }
@@ -213,7 +209,7 @@ void GraphWindow::Form_Load() {
 void GraphWindow::Dir1_Change(std::string_view folder) {
     Ctl("Dir1").text = std::string(folder);
     // GraphRE's list cannot leave the logs folder, whatever folder is chosen.
-    file1Folder = m_member.logsFolderFixed ? "\\logs" : std::string(folder);
+    file1Folder = m_member.logsFolderFixed ? "/logs" : std::string(folder);
 }
 
 void GraphWindow::File1_Click(std::string_view name) {
@@ -355,60 +351,64 @@ bool GraphWindow::SetText(std::string_view name, std::string_view text) {
 
 // ---- Dump --------------------------------------------------------------------------------
 
-std::vector<std::string> GraphWindow::Dump() const {
-    std::vector<std::string> lines;
-    lines.push_back("caption " + Quoted(caption));
-    lines.push_back(std::string("loaded ") + (loaded ? "1" : "0") + " visible " +
-                    (visible ? "1" : "0"));
-    lines.push_back("RecordCount " + std::to_string(RecordCount));
-    lines.push_back("ViewStart " + FormatShortest(ViewStart));
-    lines.push_back("ViewEnd " + FormatShortest(ViewEnd));
-    lines.push_back("ScaleFlag " + std::to_string(ScaleFlag));
-    std::string flags = "ShowFlag";
-    for (int flag : m_showFlag) {
-        flags += " " + std::to_string(flag);
+std::vector<std::pair<std::string, std::string>> GraphWindow::Dump() const {
+    std::vector<std::pair<std::string, std::string>> items;
+    const auto item = [&](std::string name, std::string value) {
+        items.emplace_back(std::move(name), std::move(value));
+    };
+    const auto number = [&](std::string name, double value) {
+        item(std::move(name), FormatShortest(value));
+    };
+    item("caption", caption);
+    number("loaded", loaded ? 1 : 0);
+    number("visible", visible ? 1 : 0);
+    number("RecordCount", RecordCount);
+    number("ViewStart", ViewStart);
+    number("ViewEnd", ViewEnd);
+    number("ScaleFlag", ScaleFlag);
+    for (std::size_t s = 0; s < m_member.series.size(); ++s) {
+        number("ShowFlag(" + std::string(m_member.series[s].box) + ")", m_showFlag[s]);
     }
-    lines.push_back(flags);
-    lines.push_back("DragActive " + std::to_string(DragActive));
-    lines.push_back("ZoomLock " + std::to_string(ZoomLock));
-    lines.push_back(std::string("LogFileFound ") + (LogFileFound ? "True" : "False"));
-    lines.push_back("ExtremeToggle " +
-                    (extremeToggleSet ? std::to_string(ExtremeToggle) : std::string("Empty")));
+    number("DragActive", DragActive);
+    number("ZoomLock", ZoomLock);
+    item("LogFileFound", LogFileFound ? "True" : "False");
+    item("ExtremeToggle", extremeToggleSet ? std::to_string(ExtremeToggle) : "Empty");
     if (m_member.emptyResult == EmptyResult::TodayThenThis) {
-        lines.push_back("LoadFlag " + std::to_string(loadFlag));
+        number("LoadFlag", loadFlag);
     }
-    lines.push_back("File1 folder " + Quoted(file1Folder) + " pattern " +
-                    Quoted(m_controls.Find("File1")->text));
-    for (const std::string& item : File1Items()) {
-        lines.push_back("File1 item " + item);
+    item("File1.folder", file1Folder);
+    const std::vector<std::string> files = File1Items();
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        item("File1.item(" + std::to_string(i) + ")", files[i]);
     }
-    lines.push_back("Plot background " + std::to_string(m_plot.BackColour()) + " scale " +
-                    FormatShortest(m_plot.ScaleWidth()) + " " +
-                    FormatShortest(m_plot.ScaleHeight()) + " width " +
-                    std::to_string(m_plot.DrawWidth()));
+    number("Plot.background", m_plot.BackColour());
+    number("Plot.scalewidth", m_plot.ScaleWidth());
+    number("Plot.scaleheight", m_plot.ScaleHeight());
+    number("Plot.drawwidth", m_plot.DrawWidth());
+    // Each control's text, then only what differs from a plain control: a dump that a reader
+    // can take in at a glance.
     for (const auto& [name, control] : m_controls.items()) {
-        if (name == "File1" || name == "Plot") {
+        if (name == "Plot") {
             continue;
         }
-        std::string line = name + " " + Quoted(control->text);
+        item(name, control->text);
         if (control->checked) {
-            line += " checked";
+            number(name + ".checked", 1);
         }
         if (!control->visible) {
-            line += " hidden";
+            number(name + ".visible", 0);
         }
         if (!control->enabled) {
-            line += " disabled";
+            number(name + ".enabled", 0);
         }
         if (control->colour != kDefaultColour) {
-            line += " colour " + std::to_string(control->colour);
+            number(name + ".colour", control->colour);
         }
         if (control->foreColour != kDefaultColour) {
-            line += " forecolour " + std::to_string(control->foreColour);
+            number(name + ".forecolour", control->foreColour);
         }
-        lines.push_back(std::move(line));
     }
-    return lines;
+    return items;
 }
 
 // ---- Times -------------------------------------------------------------------------------

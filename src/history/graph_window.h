@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "catalogue/control.h"
@@ -103,8 +104,8 @@ public:
     double RangeTop(int index) const { return m_top[static_cast<std::size_t>(index)]; }
     double RangeBottom(int index) const { return m_bottom[static_cast<std::size_t>(index)]; }
 
-    // The state and every control, one item a line, for the scenario runner and the tests.
-    std::vector<std::string> Dump() const;
+    // The state, the file list and every control as NAME and VALUE, for the scenario runner.
+    std::vector<std::pair<std::string, std::string>> Dump() const;
 
     // The operations of the charts, without the traps of the handlers.
     void ReadLog();

@@ -23,6 +23,11 @@ public:
     // The window `name` (a member of the family), made unloaded when it does not exist.
     GraphWindow& Window(std::string_view name);
     RecordingPlot& PlotOf(std::string_view name);
+    // The window `name` when it has been made, else nullptr.
+    const GraphWindow* Find(std::string_view name) const {
+        const auto it = m_entries.find(name);
+        return it == m_entries.end() ? nullptr : it->second.window.get();
+    }
     // Shows the window, running its load first when it is not in memory.
     GraphWindow& Open(std::string_view name);
     void SetPrinter(WindowPrinter* printer) { m_printer = printer; }

@@ -47,8 +47,8 @@ TEST_F(SelectionTest, GraphCCStaysUnsetOnSystemZeroAndGraphREKeepsToTheLogs) {
     EXPECT_EQ(Text(cc, "FileName"), "FileName");
     // GraphRE's list cannot leave the logs folder.
     GraphWindow& re = windows.Open("GraphRE");
-    re.Click("Dir1", "\\excel");
-    EXPECT_EQ(re.file1Folder, "\\logs");
+    re.Click("Dir1", "/excel");
+    EXPECT_EQ(re.file1Folder, "/logs");
     EXPECT_EQ(re.File1Items(), Names{"RE_2026_03_06_14.txt"});
 }
 

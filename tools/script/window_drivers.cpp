@@ -1,9 +1,12 @@
+#include "history_driver.h"
 #include "window_driver.h"
 
 namespace brizalog::script {
 
 std::vector<std::unique_ptr<WindowDriver>> MakeWindowDrivers() {
-    return {};
+    std::vector<std::unique_ptr<WindowDriver>> drivers;
+    drivers.push_back(MakeHistoryDriver());
+    return drivers;
 }
 
 }  // namespace brizalog::script
