@@ -49,7 +49,7 @@ public:
     void Line(std::string_view text);
     // "NAME=VALUE", the value escaped.
     void Value(std::string_view name, std::string_view value);
-    // "NAME=NUMBER" in the shortest text that reads back to the same double.
+    // "NAME=NUMBER" in the shortest text that reads back to the same double (FormatShortest).
     void Number(std::string_view name, double value);
     // "NAME=1" or "NAME=0".
     void Flag(std::string_view name, bool value);
