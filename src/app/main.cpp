@@ -1,10 +1,50 @@
-#include <QApplication>
+// The desktop program: the main form Brizalog on Qt, with its serial port, timers and windows.
 
+#include <QApplication>
+#include <QMessageBox>
+#include <filesystem>
+
+#include "acquisition/brizalog.h"
+#include "acquisition/qt/desktop_dialogs.h"
+#include "acquisition/qt/event_gate.h"
 #include "acquisition/qt/main_window.h"
+#include "acquisition/qt/platform.h"
+#include "catalogue/failure.h"
+#include "catalogue/qt/splash_window.h"
+#include "help/about.h"
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
-    brizalog::MainWindow window;
+    QApplication::setApplicationName(QStringLiteral("Brizalog"));
+
+    // The program folder is the folder of the program itself.
+    const std::filesystem::path folder =
+        std::filesystem::path(QCoreApplication::applicationDirPath().toStdString());
+
+    brizalog::DesktopClock clock;
+    brizalog::DesktopTimers timers;
+    brizalog::DesktopSerialLink serial(folder);
+    brizalog::DevicePortProbe probe(folder);
+    brizalog::DesktopDialogs dialogs(probe);
+    brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
+    serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
+
+    // The splash comes first and makes whatever is missing; the start waits for its click.
+    {
+        brizalog::SplashWindow splash(folder, form.state().settings, dialogs);
+        splash.exec();
+    }
+
+    brizalog::MainWindow window(form);
+    dialogs.Attach(&form, &window);
+    bool started = false;
+    brizalog::RunHandler([&] {
+        form.Form_Load();
+        started = true;
+    });
+    if (!started || brizalog::ApplicationEnding() || form.ExitRequested()) {
+        return 1;
+    }
     window.show();
     return QApplication::exec();
 }

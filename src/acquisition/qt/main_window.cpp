@@ -1,10 +1,391 @@
 #include "acquisition/qt/main_window.h"
 
+#include <QAction>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QFrame>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "acquisition/brizalog.h"
+#include "acquisition/qt/control_view.h"
+#include "acquisition/qt/event_gate.h"
+
 namespace brizalog {
 
-MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
-    setWindowTitle(QStringLiteral("Waiting for Data"));
-    resize(640, 360);
+namespace {
+
+// A one-line text that may be far longer than the window (a whole frame of the board): it shows
+// what fits, ends in an ellipsis, and keeps the whole text in its tooltip.
+class ElidedLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+    QSize minimumSizeHint() const override { return {40, QLabel::minimumSizeHint().height()}; }
+    QSize sizeHint() const override { return {200, QLabel::sizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QRect area = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
+        painter.setPen(palette().color(foregroundRole()));
+        painter.drawText(area, static_cast<int>(alignment()), shown);
+    }
+};
+
+// Captions of the cells of the Frame1 groups and of Frame2; the values carry their units.
+struct CellPlace {
+    const char* name;
+    const char* caption;
+};
+
+constexpr CellPlace kWindmill1[] = {{"Volts(0)", "Battery"}, {"Amps(0)", "Current"},
+                                    {"Watts(0)", "Power"},   {"Whours(0)", "Energy today"},
+                                    {"Wind(0)", "Wind"},     {"RPM(0)", "Rotor"}};
+constexpr CellPlace kWindmill2[] = {{"Amps(1)", "Current"},
+                                    {"Watts(1)", "Power"},
+                                    {"Whours(1)", "Energy today"},
+                                    {"RPM(1)", "Rotor"}};
+constexpr CellPlace kAuxDc[] = {{"Amps(2)", "Current 3"},        {"Watts(2)", "Power 3"},
+                                {"Whours(2)", "Energy 3 today"}, {"Amps(3)", "Current 4"},
+                                {"Watts(3)", "Power 4"},         {"Whours(3)", "Energy 4 today"}};
+constexpr CellPlace kMisc[] = {{"Label6", "Volts 2"},
+                               {"Label7", "Volts 3"},
+                               {"Label9", "Pulse 4"},
+                               {"Label12", "Pulse 5"},
+                               {"Label8", "Pulse 3"}};
+
+constexpr int kTwipsPerPixel = 12;  // the panel's heights in twips, drawn a little roomier
+
+const char* kStyle = R"(
+QLabel[cell="true"] {
+    border: 1px solid #a9b6c3; border-radius: 4px; background: #fbfdff;
+    padding: 3px 8px; font-size: 13pt; font-weight: 600; color: #12263a;
+}
+QLabel[caption="true"] { color: #5a6b7c; font-size: 8pt; }
+QGroupBox { font-weight: 600; border: 1px solid #c3ccd6; border-radius: 6px;
+            margin-top: 10px; padding-top: 4px; }
+QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 4px; color: #24425f; }
+QGroupBox[channel="true"] { font-weight: 500; margin-top: 8px; background: #f3f6f9; }
+#Label11 { font-size: 15pt; font-weight: 700; color: #16324f; }
+#Label15, #Label1 { color: #3d4f61; }
+#Label2 { font-family: monospace; color: #2e4a62; background: #eef2f6;
+          border: 1px solid #d3dbe3; padding: 2px 4px; }
+#ErrorString { color: #5a6b7c; }
+)";
+
+}  // namespace
+
+MainWindow::MainWindow(Brizalog& form, QWidget* parent) : QMainWindow(parent), m_form(form) {
+    setObjectName(QStringLiteral("Brizalog"));
+    BuildMenus();
+    BuildPanel();
+    AddRenderer(this, [this] { Render(); });
+    Render();
+}
+
+QAction* MainWindow::menuAction(const std::string& name) const {
+    const auto it = m_actions.find(name);
+    return it == m_actions.end() ? nullptr : it->second;
+}
+
+QWidget* MainWindow::controlWidget(const std::string& name) const {
+    const auto it = m_widgets.find(name);
+    return it == m_widgets.end() ? nullptr : it->second;
+}
+
+void MainWindow::Forward(const std::string& name) {
+    RunHandler([this, name] { m_form.Click(name); });
+}
+
+void MainWindow::BuildMenus() {
+    const auto& tree = m_form.model().menuTree;
+    std::map<std::string, QMenu*> menus;
+    auto hasChildren = [&tree](const std::string& name) {
+        return std::any_of(tree.begin(), tree.end(),
+                           [&name](const auto& entry) { return entry.parent == name; });
+    };
+    for (const auto& entry : tree) {
+        QMenu* parentMenu = entry.parent.empty() ? nullptr : menus[entry.parent];
+        QAction* action = nullptr;
+        if (hasChildren(entry.name)) {
+            auto* menu = parentMenu != nullptr ? parentMenu->addMenu(QString())
+                                               : menuBar()->addMenu(QString());
+            menu->setObjectName(ToQt(entry.name));
+            menus[entry.name] = menu;
+            action = menu->menuAction();
+        } else {
+            action = parentMenu != nullptr ? parentMenu->addAction(QString())
+                                           : menuBar()->addAction(QString());
+            const std::string name = entry.name;
+            connect(action, &QAction::triggered, this, [this, name] { Forward(name); });
+        }
+        action->setObjectName(ToQt(entry.name));
+        m_actions[entry.name] = action;
+    }
+}
+
+QGroupBox* MainWindow::AddGroup(const std::string& name, const Control& control) {
+    auto* box = new QGroupBox(this);
+    box->setObjectName(ToQt(name));
+    m_groups.push_back({&control, box});
+    m_widgets[name] = box;
+    return box;
+}
+
+void MainWindow::AddCell(QWidget* parent, QGridLayout* grid, int row, int column,
+                         const std::string& name, const char* caption) {
+    const Control* control = m_form.model().controls.Find(name);
+    auto* value = new ClickableLabel(parent);
+    value->setObjectName(ToQt(name));
+    value->setProperty("cell", true);
+    value->setAlignment(Qt::AlignCenter);
+    value->setMinimumWidth(96);
+    value->setCursor(Qt::PointingHandCursor);
+    connect(value, &ClickableLabel::clicked, this, [this, name] { Forward(name); });
+    QLabel* label = nullptr;
+    if (caption != nullptr) {
+        label = new QLabel(QString::fromLatin1(caption), parent);
+        label->setProperty("caption", true);
+        label->setAlignment(Qt::AlignCenter);
+        grid->addWidget(label, row, column);
+    }
+    grid->addWidget(value, row + (caption != nullptr ? 1 : 0), column);
+    m_cells.push_back({control, value, label});
+    m_widgets[name] = value;
+}
+
+void MainWindow::BuildPanel() {
+    MainFormModel& m = m_form.model();
+    auto* central = new QWidget(this);
+    central->setObjectName(QStringLiteral("panel"));
+    central->setStyleSheet(QString::fromLatin1(kStyle));
+    setCentralWidget(central);
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(10, 8, 10, 8);
+    layout->setSpacing(6);
+
+    auto label = [this](const std::string& name, const Control& control, QLabel* widget) {
+        widget->setObjectName(ToQt(name));
+        m_labels.emplace_back(&control, widget);
+        m_widgets[name] = widget;
+        return widget;
+    };
+    auto indicator = [this](const std::string& name) {
+        auto* square = new QFrame(this);
+        square->setObjectName(ToQt(name));
+        square->setFixedSize(14, 14);
+        square->setAutoFillBackground(true);
+        QSizePolicy policy = square->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        square->setSizePolicy(policy);
+        m_widgets[name] = square;
+        return square;
+    };
+
+    // Title of the layout, system type and port, and the two indicators.
+    auto* header = new QHBoxLayout;
+    header->addWidget(label("Label11", m.Label11, new QLabel(central)));
+    header->addStretch();
+    header->addWidget(label("Label15", m.Label15, new QLabel(central)));
+    header->addSpacing(12);
+    header->addWidget(label("Label1", m.Label1, new QLabel(central)));
+    header->addSpacing(12);
+    m_dataOK = indicator("DataOK");
+    m_logOK = indicator("LogOK");
+    m_dataOK->setToolTip(QStringLiteral("a frame has come in"));
+    m_logOK->setToolTip(QStringLiteral("the logging interval has ended"));
+    header->addWidget(m_dataOK);
+    header->addWidget(m_logOK);
+    layout->addLayout(header);
+
+    // The groups, stacked in the order of their positions.
+    m_groupStack = new QVBoxLayout;
+    m_groupStack->setSpacing(4);
+    layout->addLayout(m_groupStack, 1);
+
+    auto cellRow = [this](QGroupBox* box, const auto& places) {
+        auto* grid = new QGridLayout(box);
+        grid->setHorizontalSpacing(10);
+        grid->setVerticalSpacing(1);
+        int column = 0;
+        for (const CellPlace& place : places) {
+            AddCell(box, grid, 0, column++, place.name, place.caption);
+        }
+        return grid;
+    };
+    cellRow(AddGroup("Frame1(0)", m.Frame1[0]), kWindmill1);
+    QGridLayout* windmill2 = cellRow(AddGroup("Frame1(1)", m.Frame1[1]), kWindmill2);
+    m_check1 = new QCheckBox(m_widgets["Frame1(1)"]);
+    m_check1->setObjectName(QStringLiteral("Check1"));
+    m_widgets["Check1"] = m_check1;
+    windmill2->addWidget(m_check1, 1, static_cast<int>(std::size(kWindmill2)));
+    connect(m_check1, &QCheckBox::clicked, this, [this](bool ticked) {
+        RunHandler([this, ticked] {
+            Control& box = m_form.model().Check1;
+            if (box.checked != ticked) {
+                box.checked = ticked;
+                m_form.Click("Check1");
+            }
+        });
+    });
+    cellRow(AddGroup("Frame1(2)", m.Frame1[2]), kAuxDc);
+    for (int j = 0; j < 2; ++j) {
+        QGroupBox* group = AddGroup("Frame4(" + std::to_string(j) + ")", m.Frame4[j]);
+        auto* row = new QHBoxLayout(group);
+        row->setSpacing(8);
+        for (int k = 4 * j; k < 4 * j + 4; ++k) {
+            const std::string index = "(" + std::to_string(k) + ")";
+            QGroupBox* cell = AddGroup("Frame5" + index, m.Frame5[k]);
+            cell->setParent(group);
+            cell->setProperty("channel", true);
+            auto* grid = new QGridLayout(cell);
+            grid->setVerticalSpacing(3);
+            AddCell(cell, grid, 0, 0, "Label3" + index, nullptr);
+            AddCell(cell, grid, 1, 0, "Label5" + index, nullptr);
+            AddCell(cell, grid, 2, 0, "Label13" + index, nullptr);
+            row->addWidget(cell);
+        }
+    }
+    cellRow(AddGroup("Frame2", m.Frame2), kMisc);
+
+    // The latest frame, the last report, the frame count and the logging interval.
+    auto* frame = label("Label2", m.Label2, new ElidedLabel(central));
+    frame->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    layout->addWidget(frame);
+    auto* report = label("ErrorString", m.ErrorString, new ElidedLabel(central));
+    report->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    layout->addWidget(report);
+    auto* footer = new QHBoxLayout;
+    footer->addWidget(new QLabel(QStringLiteral("Frames this interval:"), central));
+    footer->addWidget(label("goodDATAcounter", m.goodDATAcounter, new QLabel(central)));
+    footer->addStretch();
+    footer->addWidget(new QLabel(QStringLiteral("Logging interval (seconds):"), central));
+    m_delay = new QLineEdit(central);
+    m_delay->setObjectName(QStringLiteral("delay"));
+    m_delay->setFixedWidth(64);
+    m_widgets["delay"] = m_delay;
+    connect(m_delay, &QLineEdit::textEdited, this, [this](const QString& text) {
+        RunHandler([this, text] {
+            if (m_form.model().delay.enabled) {
+                m_form.model().delay.text = FromQt(text);
+            }
+        });
+    });
+    footer->addWidget(m_delay);
+    layout->addLayout(footer);
+}
+
+// Groups follow each other from the top in the order of their positions, each taking the share
+// of the panel's height that lies between its top and the next group's.
+void MainWindow::ArrangeGroups() {
+    const MainFormModel& m = m_form.model();
+    std::vector<const Group*> stacked;
+    std::vector<int> tops;
+    for (const Group& group : m_groups) {
+        if (group.box->parentWidget() == m_widgets.at("Frame4(0)") ||
+            group.box->parentWidget() == m_widgets.at("Frame4(1)")) {
+            continue;  // the channel cells stand inside their Frame4
+        }
+        stacked.push_back(&group);
+    }
+    std::stable_sort(stacked.begin(), stacked.end(), [](const Group* a, const Group* b) {
+        return a->control->top < b->control->top;
+    });
+    for (const Group* group : stacked) {
+        tops.push_back(group->control->visible ? group->control->top : -1);
+    }
+    if (tops == m_arrangedTops && m.panelHeight == m_arrangedHeight) {
+        return;
+    }
+    m_arrangedTops = tops;
+    m_arrangedHeight = m.panelHeight;
+
+    while (m_groupStack->count() > 0) {
+        m_groupStack->takeAt(0);
+    }
+    std::vector<const Group*> shown;
+    for (const Group* group : stacked) {
+        m_groupStack->addWidget(group->box);
+        if (group->control->visible) {
+            shown.push_back(group);
+        }
+    }
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        const int top = shown[i]->control->top;
+        const int next = i + 1 < shown.size() ? shown[i + 1]->control->top : m.panelHeight;
+        const int share = std::max(1, next - top);
+        m_groupStack->setStretchFactor(shown[i]->box, share);
+        shown[i]->box->setMinimumHeight(share / kTwipsPerPixel);
+    }
+    if (isVisible()) {
+        centralWidget()->adjustSize();
+        resize(width(), sizeHint().height());
+    }
+}
+
+void MainWindow::Render() {
+    const MainFormModel& m = m_form.model();
+    const QString title = ToQt(m.caption);
+    if (windowTitle() != title) {
+        setWindowTitle(title);
+    }
+
+    for (const auto& entry : m.menuTree) {
+        const Control* control = m.controls.Find(entry.name);
+        QAction* action = m_actions[entry.name];
+        QString text = ToQt(control->text);
+        text.replace(QLatin1Char('&'), QStringLiteral("&&"));
+        if (action->text() != text) {
+            action->setText(text);
+        }
+        if (action->menu() == nullptr) {
+            action->setCheckable(control->checked);
+            action->setChecked(control->checked);
+        }
+        action->setEnabled(control->enabled);
+        action->setVisible(control->visible);
+    }
+
+    for (const Group& group : m_groups) {
+        ShowGroup(group.box, *group.control);
+    }
+    for (const Cell& cell : m_cells) {
+        ShowLabel(cell.value, *cell.control);
+        if (cell.caption != nullptr &&
+            cell.caption->isVisibleTo(cell.caption->parentWidget()) != cell.control->visible) {
+            cell.caption->setVisible(cell.control->visible);
+        }
+    }
+    for (const auto& [control, widget] : m_labels) {
+        ShowLabel(widget, *control);
+        widget->setToolTip(widget->text().size() > 60 ? widget->text() : QString());
+    }
+    for (auto [square, control] : {std::pair{m_dataOK, &m.DataOK}, std::pair{m_logOK, &m.LogOK}}) {
+        QPalette palette = square->palette();
+        palette.setColor(QPalette::Window, ToQColor(control->colour));
+        square->setPalette(palette);
+        square->setVisible(control->visible);
+    }
+    ShowTextBox(m_delay, m.delay);
+    ShowButton(m_check1, m.Check1);
+    ArrangeGroups();
+
+    if (m_form.ExitRequested()) {
+        close();
+    }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->accept();
 }
 
 }  // namespace brizalog

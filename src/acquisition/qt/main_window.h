@@ -1,15 +1,81 @@
 #pragma once
 
 #include <QMainWindow>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "catalogue/control.h"
+
+class QAction;
+class QCheckBox;
+class QFrame;
+class QGridLayout;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QVBoxLayout;
 
 namespace brizalog {
 
-// The main window of the desktop program: a view of the main form's model.
+class Brizalog;
+class ClickableLabel;
+
+// The main window `Brizalog`: a view of the main form's model. The menu bar is built from the
+// model's menu tree, the panel from its groups and cells; after every handler the window shows
+// the model again (captions, check marks, enabled and visible states, colours, the title). Clicks
+// on menu entries and cells go to the form by their names; the delay box and Check1 hand what
+// the user types or ticks to the form. The window holds no rule of its own.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    explicit MainWindow(QWidget* parent = nullptr);
+    explicit MainWindow(Brizalog& form, QWidget* parent = nullptr);
+
+    // Shows the model as it stands now.
+    void Render();
+
+    // For the tests: the menu action or the widget of a control by its own name.
+    QAction* menuAction(const std::string& name) const;
+    QWidget* controlWidget(const std::string& name) const;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    struct Cell {
+        const Control* control;
+        ClickableLabel* value;
+        QLabel* caption;  // may be null
+    };
+    struct Group {
+        const Control* control;
+        QGroupBox* box;
+    };
+
+    void BuildMenus();
+    void BuildPanel();
+    QGroupBox* AddGroup(const std::string& name, const Control& control);
+    void AddCell(QWidget* parent, QGridLayout* grid, int row, int column, const std::string& name,
+                 const char* caption);
+    void Forward(const std::string& name);
+    void ArrangeGroups();
+
+    Brizalog& m_form;
+    std::map<std::string, QAction*> m_actions;
+    std::map<std::string, QWidget*> m_widgets;
+    std::vector<Cell> m_cells;
+    std::vector<Group> m_groups;
+    std::vector<std::pair<const Control*, QLabel*>> m_labels;
+
+    QVBoxLayout* m_groupStack = nullptr;
+    QFrame* m_dataOK = nullptr;
+    QFrame* m_logOK = nullptr;
+    QLineEdit* m_delay = nullptr;
+    QCheckBox* m_check1 = nullptr;
+    std::vector<int> m_arrangedTops;
+    int m_arrangedHeight = -1;
 };
 
 }  // namespace brizalog

@@ -1,0 +1,138 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <string>
+#include <vector>
+
+#include "acquisition/qt/qt_text.h"
+#include "catalogue/control.h"
+
+namespace brizalog {
+
+// How the windows show a Control of a core model: texts, visibility, enabled state, check marks
+// and colours. Each setter changes the widget only when the model has changed, so rendering after
+// every event costs next to nothing and never disturbs what the user is typing.
+
+// A colour of the system (blue × 65536 + green × 256 + red) as Qt's colour.
+inline QColor ToQColor(int colour) {
+    return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
+}
+
+inline void ShowState(QWidget* widget, const Control& control) {
+    if (widget->isVisibleTo(widget->parentWidget()) != control.visible) {
+        widget->setVisible(control.visible);
+    }
+    if (widget->isEnabled() != control.enabled) {
+        widget->setEnabled(control.enabled);
+    }
+}
+
+inline void ShowColours(QWidget* widget, const Control& control) {
+    QString style;
+    if (control.colour != kDefaultColour) {
+        style += QStringLiteral("background-color: %1;").arg(ToQColor(control.colour).name());
+    }
+    if (control.foreColour != kDefaultColour) {
+        style += QStringLiteral("color: %1;").arg(ToQColor(control.foreColour).name());
+    }
+    const QVariant shown = widget->property("brizalogStyle");
+    if (!shown.isValid() || shown.toString() != style) {
+        widget->setProperty("brizalogStyle", style);
+        widget->setStyleSheet(style);
+    }
+}
+
+inline void ShowLabel(QLabel* label, const Control& control) {
+    const QString text = ToQt(control.text);
+    if (label->text() != text) {
+        label->setText(text);
+    }
+    ShowState(label, control);
+    ShowColours(label, control);
+}
+
+inline void ShowGroup(QGroupBox* group, const Control& control) {
+    const QString text = ToQt(control.text);
+    if (group->title() != text) {
+        group->setTitle(text);
+    }
+    ShowState(group, control);
+}
+
+inline void ShowButton(QAbstractButton* button, const Control& control) {
+    const QString text = ToQt(control.text);
+    if (button->text() != text) {
+        button->setText(text);
+    }
+    if (button->isCheckable() && button->isChecked() != control.checked) {
+        button->setChecked(control.checked);
+    }
+    ShowState(button, control);
+}
+
+// A text box: editable when the control is enabled. The text is put back only when the model
+// holds another text than the box, so typing is never overwritten by a render.
+inline void ShowTextBox(QLineEdit* box, const Control& control) {
+    const QString text = ToQt(control.text);
+    if (box->text() != text) {
+        box->setText(text);
+    }
+    box->setReadOnly(!control.enabled);
+    if (box->isVisibleTo(box->parentWidget()) != control.visible) {
+        box->setVisible(control.visible);
+    }
+}
+
+// A list with free text: the box shows the control's text, with `items` to choose from.
+inline void ShowList(QComboBox* box, const Control& control,
+                     const std::vector<std::string>& items) {
+    QStringList wanted;
+    for (const std::string& item : items) {
+        wanted << ToQt(item);
+    }
+    QStringList shown;
+    for (int i = 0; i < box->count(); ++i) {
+        shown << box->itemText(i);
+    }
+    const QString text = ToQt(control.text);
+    if (shown != wanted) {
+        box->blockSignals(true);
+        box->clear();
+        box->addItems(wanted);
+        box->setCurrentText(text);
+        box->blockSignals(false);
+    }
+    if (box->currentText() != text) {
+        box->blockSignals(true);
+        box->setCurrentText(text);
+        box->blockSignals(false);
+    }
+    ShowState(box, control);
+}
+
+// A label that the user can click, as the cells of the main panel are.
+class ClickableLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    using QLabel::QLabel;
+
+signals:
+    void clicked();
+
+protected:
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) {
+            emit clicked();
+        }
+        QLabel::mouseReleaseEvent(event);
+    }
+};
+
+}  // namespace brizalog

@@ -1,0 +1,224 @@
+#include "acquisition/qt/platform.h"
+
+#include <sys/stat.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSerialPortInfo>
+#include <algorithm>
+
+#include "acquisition/qt/event_gate.h"
+#include "acquisition/qt/qt_text.h"
+#include "catalogue/failure.h"
+#include "catalogue/text_rules.h"
+
+namespace brizalog {
+
+// ---- Clock and timers -------------------------------------------------------------------------
+
+LocalDateTime DesktopClock::Now() const {
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDate date = now.date();
+    const QTime time = now.time();
+    return {date.year(),   date.month(),  date.day(), time.hour(),
+            time.minute(), time.second(), time.msec()};
+}
+
+QTimer& DesktopTimers::TimerOf(FormTimer& timer) {
+    auto& slot = m_timers[&timer];
+    if (!slot) {
+        slot = std::make_unique<QTimer>();
+        slot->setTimerType(Qt::PreciseTimer);
+        // A tick never interrupts itself: while its handler waits behind a message box, the
+        // timer's further ticks are let go, as the tick that is still running stands for them.
+        auto running = std::make_shared<bool>(false);
+        connect(slot.get(), &QTimer::timeout, this, [&timer, running] {
+            if (*running) {
+                return;
+            }
+            *running = true;
+            RunHandler([&timer] { timer.Fire(); });
+            *running = false;
+        });
+    }
+    return *slot;
+}
+
+void DesktopTimers::Restart(FormTimer& timer) {
+    QTimer& qtimer = TimerOf(timer);
+    if (timer.Interval() <= 0) {
+        qtimer.stop();
+        return;
+    }
+    qtimer.start(timer.Interval());
+}
+
+void DesktopTimers::Stop(FormTimer& timer) {
+    TimerOf(timer).stop();
+}
+
+// ---- Ports ------------------------------------------------------------------------------------
+
+QStringList SystemSerialDevices() {
+    static const QString kFamilies[] = {QStringLiteral("ttyUSB"), QStringLiteral("ttyACM"),
+                                        QStringLiteral("ttyS")};
+    struct Device {
+        int family;
+        int number;
+        QString path;
+    };
+    std::vector<Device> devices;
+    const QRegularExpression name(QStringLiteral("^(ttyUSB|ttyACM|ttyS)(\\d+)$"));
+    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
+        const QRegularExpressionMatch match = name.match(info.portName());
+        if (!match.hasMatch()) {
+            continue;
+        }
+        const int family = static_cast<int>(
+            std::find(std::begin(kFamilies), std::end(kFamilies), match.captured(1)) -
+            std::begin(kFamilies));
+        devices.push_back({family, match.captured(2).toInt(), info.systemLocation()});
+    }
+    std::sort(devices.begin(), devices.end(), [](const Device& a, const Device& b) {
+        return a.family != b.family ? a.family < b.family : a.number < b.number;
+    });
+    QStringList paths;
+    for (const Device& device : devices) {
+        paths << device.path;
+    }
+    return paths;
+}
+
+QString ResolvePort(const std::filesystem::path& folder, int portNumber) {
+    if (portNumber < 1) {
+        return {};
+    }
+    const QString link = QDir(QString::fromStdString(folder.string()))
+                             .filePath(QStringLiteral("ports/COM") + QString::number(portNumber));
+    if (QFileInfo::exists(link)) {
+        return link;
+    }
+    const QStringList devices = SystemSerialDevices();
+    return portNumber <= devices.size() ? devices.at(portNumber - 1) : QString();
+}
+
+bool DevicePortProbe::commAvailable(int portNumber) {
+    const QString path = ResolvePort(m_folder, portNumber);
+    if (path.isEmpty()) {
+        return false;
+    }
+    struct stat info {};
+    return ::stat(QFile::encodeName(path).constData(), &info) == 0 && S_ISCHR(info.st_mode);
+}
+
+int BaudRateOf(const std::string& settings) {
+    const double speed = ParseNumber(settings);
+    return speed >= 1 && speed <= 4000000 ? static_cast<int>(speed) : 0;
+}
+
+DesktopSerialLink::DesktopSerialLink(std::filesystem::path folder, QObject* parent)
+    : QObject(parent), m_folder(std::move(folder)) {
+    connect(&m_port, &QSerialPort::readyRead, this, [this] {
+        if (m_receive) {
+            m_receive();
+        }
+    });
+    connect(&m_port, &QSerialPort::errorOccurred, this, &DesktopSerialLink::OnError);
+    m_reconnect.setInterval(kReconnectInterval);
+    connect(&m_reconnect, &QTimer::timeout, this, &DesktopSerialLink::Reconnect);
+}
+
+bool DesktopSerialLink::OpenDevice() {
+    const QString path = ResolvePort(m_folder, m_portNumber);
+    if (path.isEmpty()) {
+        return false;
+    }
+    // The link is followed to its device, so the port is named as the device it is.
+    const QString device = QFileInfo(path).canonicalFilePath();
+    m_port.setPortName(device.isEmpty() ? path : device);
+    m_port.setBaudRate(m_baudRate);
+    m_port.setDataBits(QSerialPort::Data8);
+    m_port.setParity(QSerialPort::NoParity);
+    m_port.setStopBits(QSerialPort::OneStop);
+    m_port.setFlowControl(QSerialPort::NoFlowControl);
+    m_port.setReadBufferSize(0);
+    return m_port.open(QIODevice::ReadOnly);
+}
+
+void DesktopSerialLink::Open(int portNumber, const std::string& settings) {
+    if (m_port.isOpen()) {
+        m_port.close();
+    }
+    m_reconnect.stop();
+    m_portNumber = portNumber;
+    m_baudRate = BaudRateOf(settings);
+    if (m_baudRate == 0 || !OpenDevice()) {
+        const std::string why = m_port.portName().isEmpty() || m_baudRate == 0
+                                    ? Failure::DefaultMessage(FailureKind::PortFailure)
+                                    : FromQt(m_port.errorString());
+        m_wanted = false;
+        throw Failure(FailureKind::PortFailure, why);
+    }
+    m_wanted = true;
+}
+
+void DesktopSerialLink::Close() {
+    m_wanted = false;
+    m_reconnect.stop();
+    if (m_port.isOpen()) {
+        m_port.close();
+    }
+}
+
+std::string DesktopSerialLink::ReadAll() {
+    if (!m_port.isOpen()) {
+        return {};
+    }
+    const QByteArray data = m_port.readAll();
+    return std::string(data.constData(), static_cast<std::size_t>(data.size()));
+}
+
+void DesktopSerialLink::ClearReceiveCount() {
+    if (m_port.isOpen()) {
+        m_port.clear(QSerialPort::Input);
+    }
+}
+
+void DesktopSerialLink::OnError(QSerialPort::SerialPortError error) {
+    // A device that went away shows as a resource error, or as a read that finds the line
+    // hung up. Either way the port is let go and looked for again.
+    if (error != QSerialPort::ResourceError && error != QSerialPort::ReadError) {
+        return;
+    }
+    if (!m_port.isOpen()) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (!m_port.isOpen()) {
+                return;
+            }
+            m_port.close();
+            if (m_wanted) {
+                m_reconnect.start();
+                emit deviceLost();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void DesktopSerialLink::Reconnect() {
+    if (!m_wanted) {
+        m_reconnect.stop();
+        return;
+    }
+    if (OpenDevice()) {
+        m_reconnect.stop();
+        emit deviceBack();
+    }
+}
+
+}  // namespace brizalog

@@ -1,0 +1,14 @@
+#include "help/about.h"
+
+namespace brizalog {
+
+std::string ProductTitle() {
+    return "Brizalog";
+}
+
+std::string VersionText() {
+    return "Version " + std::to_string(BRIZALOG_VERSION_MAJOR) + "." +
+           std::to_string(BRIZALOG_VERSION_MINOR) + "." + std::to_string(BRIZALOG_VERSION_PATCH);
+}
+
+}  // namespace brizalog

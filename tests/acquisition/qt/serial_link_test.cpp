@@ -1,0 +1,125 @@
+// The serial port of the desktop program on a real pseudo-terminal of the board simulator.
+
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include "acquisition/qt/desktop_dialogs.h"
+#include "acquisition/qt/platform.h"
+#include "support/board_simulator.h"
+
+using brizalog::testing::BoardSimulator;
+
+namespace brizalog {
+
+class SerialLinkTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_dir = std::make_unique<QTemporaryDir>();
+        m_folder = m_dir->path().toStdString();
+        m_received.clear();
+    }
+
+    void portNumbersResolveToTheLinkOfTheProgramFolderFirst() {
+        QDir(m_dir->path()).mkpath(QStringLiteral("ports"));
+        QFile::link(QStringLiteral("/dev/null"), m_dir->path() + QStringLiteral("/ports/COM7"));
+        QCOMPARE(ResolvePort(m_folder, 7), m_dir->path() + QStringLiteral("/ports/COM7"));
+        DevicePortProbe probe(m_folder);
+        QVERIFY(probe.commAvailable(7));
+        // Without a link the machine's own devices stand in, in their documented order.
+        const QStringList devices = SystemSerialDevices();
+        QCOMPARE(ResolvePort(m_folder, 1), devices.isEmpty() ? QString() : devices.first());
+        QCOMPARE(ResolvePort(m_folder, 0), QString());
+    }
+
+    void framesArriveAndAnUnpluggedDeviceIsFoundAgainWithoutAWord() {
+        BoardSimulator board(m_folder, 3, 1, 20);
+        QVERIFY(board.Start());
+        DesktopSerialLink link(m_folder);
+        link.SetReceiveHandler([&] { m_received += link.ReadAll(); });
+        link.Open(3, "4800,N,8,1");
+        QVERIFY(link.IsOpen());
+        QTRY_VERIFY_WITH_TIMEOUT(m_received.find("]") != std::string::npos, 5000);
+        QVERIFY(m_received.find("<V1>") != std::string::npos);
+
+        QSignalSpy lost(&link, &DesktopSerialLink::deviceLost);
+        QSignalSpy back(&link, &DesktopSerialLink::deviceBack);
+        board.Stop();
+        QTRY_COMPARE_WITH_TIMEOUT(lost.count(), 1, 5000);
+        QVERIFY(link.IsOpen());  // to the form the port is still open: the device is silent
+        QVERIFY(!link.DevicePresent());
+
+        m_received.clear();
+        BoardSimulator again(m_folder, 3, 0, 20);
+        QVERIFY(again.Start());
+        QTRY_COMPARE_WITH_TIMEOUT(back.count(), 1, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_received.find("<R>") != std::string::npos, 5000);
+
+        // Closed by the form, the port is not looked for again.
+        link.Close();
+        QVERIFY(!link.IsOpen());
+        QVERIFY(!link.DevicePresent());
+    }
+
+    void aPortThatIsNotThereFailsToOpen() {
+        DesktopSerialLink link(m_folder);
+        bool failed = false;
+        try {
+            link.Open(200, "4800,N,8,1");
+        } catch (const Failure&) {
+            failed = true;
+        }
+        QVERIFY(failed);
+        QVERIFY(!link.IsOpen());
+    }
+
+    // A message box is up for two seconds; frames and timer ticks go on behind it.
+    void aMessageBoxStopsNeitherFramesNorTicks() {
+        BoardSimulator board(m_folder, 3, 0, 20);
+        QVERIFY(board.Start());
+        DesktopSerialLink link(m_folder);
+        link.SetReceiveHandler([&] { m_received += link.ReadAll(); });
+        link.Open(3, "4800,N,8,1");
+
+        DesktopTimers timers;
+        FormTimer tick("Timer2", 100, false);
+        int ticks = 0;
+        tick.SetHandler([&] { ++ticks; });
+        tick.Attach(&timers);
+        tick.Enable();
+
+        DevicePortProbe probe(m_folder);
+        DesktopDialogs dialogs(probe);
+        std::size_t receivedBefore = 0;
+        int ticksBefore = 0;
+        std::size_t receivedDuring = 0;
+        int ticksDuring = 0;
+        dialogs.onWindowShown = [&](QWidget* window) {
+            receivedBefore = m_received.size();
+            ticksBefore = ticks;
+            QTimer::singleShot(2000, window, [&, window] {
+                receivedDuring = m_received.size() - receivedBefore;
+                ticksDuring = ticks - ticksBefore;
+                qobject_cast<QMessageBox*>(window)->accept();
+            });
+        };
+        dialogs.ShowMessage("NO DATA AVAILABLE YET");
+        QVERIFY2(receivedDuring > 200, "frames must go on arriving behind a message box");
+        QVERIFY2(ticksDuring >= 10, "timers must go on ticking behind a message box");
+        tick.Detach();
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::filesystem::path m_folder;
+    std::string m_received;
+};
+
+}  // namespace brizalog
+
+QTEST_MAIN(brizalog::SerialLinkTest)
+#include "serial_link_test.moc"
