@@ -53,8 +53,8 @@ enum BZ {
     bzWind
 };
 
-SeriesSpec BzAmps(std::string_view array, std::string_view box, std::string_view caption,
-                  int channel, std::string_view readout, ExtremeStart max, ExtremeStart min) {
+SeriesRow BzAmps(std::string_view array, std::string_view box, std::string_view caption,
+                 int channel, std::string_view readout, ExtremeStart max, ExtremeStart min) {
     return {.array = array,
             .box = box,
             .designCaption = caption,
@@ -65,9 +65,9 @@ SeriesSpec BzAmps(std::string_view array, std::string_view box, std::string_view
             .maxStart = max,
             .minStart = min};
 }
-SeriesSpec BzWatts(std::string_view array, std::string_view box, std::string_view caption,
-                   int channel, std::string_view readout, ExtremeStart min,
-                   std::string_view energy) {
+SeriesRow BzWatts(std::string_view array, std::string_view box, std::string_view caption,
+                  int channel, std::string_view readout, ExtremeStart min,
+                  std::string_view energy) {
     return {.array = array,
             .box = box,
             .designCaption = caption,
@@ -82,15 +82,15 @@ SeriesSpec BzWatts(std::string_view array, std::string_view box, std::string_vie
 constexpr ExtremeText kBzRpmExtreme{"MAX ", "MIN ", "##0", " rpm", " Min = 0 rpm", kNoSeries};
 
 const std::array kBzSeries{
-    SeriesSpec{.array = "SeriesVolts",
-               .box = "CheckVolts",
-               .designCaption = "Volts",
-               .channel = 9,
-               .readout = "vv",
-               .readoutText = Rounded(2, " V"),
-               .extremeText = kVoltsExtreme,
-               .maxStart = Value(0),
-               .minStart = Value(100)},
+    SeriesRow{.array = "SeriesVolts",
+              .box = "CheckVolts",
+              .designCaption = "Volts",
+              .channel = 9,
+              .readout = "vv",
+              .readoutText = Rounded(2, " V"),
+              .extremeText = kVoltsExtreme,
+              .maxStart = Value(0),
+              .minStart = Value(100)},
     BzAmps("SeriesAmps1", "CheckAmps", "Amps 1", 1, "av", Value(0), Value(50)),
     BzAmps("SeriesAmps2", "CheckAmps2", "Amps2", 2, "a2v", Value(0), kNotReset),
     BzAmps("SeriesAmps3", "CheckAmps3", "Amps 3", 3, "a3v", kNotReset, kNotReset),
@@ -99,34 +99,34 @@ const std::array kBzSeries{
     BzWatts("SeriesWatts2", "CheckWatts2", "Watts 2", 18, "w2v", kNotReset, "wh2"),
     BzWatts("SeriesWatts3", "CheckWatts3", "Watts 3", 19, "w3v", kNotReset, "wh3"),
     BzWatts("SeriesWatts4", "CheckWatts4", "Watts 4", 20, "w4v", kNotReset, "wh4"),
-    SeriesSpec{.array = "SeriesRPM1",
-               .box = "CheckRPM",
-               .designCaption = "RPM 1",
-               .channel = 13,
-               .readout = "rv",
-               .readoutText = Rounded(0, " RPM"),
-               .extremeText = kBzRpmExtreme,
-               .maxStart = Value(0),
-               .minStart = Value(500)},
-    SeriesSpec{.array = "SeriesRPM2",
-               .box = "CheckRPM2",
-               .designCaption = "RPM 2",
-               .channel = 14,
-               .readout = "r2v",
-               .readoutText = Rounded(0, " RPM"),
-               .extremeText = kBzRpmExtreme,
-               .maxStart = Value(0),
-               .minStart = kNotReset},
+    SeriesRow{.array = "SeriesRPM1",
+              .box = "CheckRPM",
+              .designCaption = "RPM 1",
+              .channel = 13,
+              .readout = "rv",
+              .readoutText = Rounded(0, " RPM"),
+              .extremeText = kBzRpmExtreme,
+              .maxStart = Value(0),
+              .minStart = Value(500)},
+    SeriesRow{.array = "SeriesRPM2",
+              .box = "CheckRPM2",
+              .designCaption = "RPM 2",
+              .channel = 14,
+              .readout = "r2v",
+              .readoutText = Rounded(0, " RPM"),
+              .extremeText = kBzRpmExtreme,
+              .maxStart = Value(0),
+              .minStart = kNotReset},
     // The wind label's unit on a click is a text that nothing sets: empty, unlike the mouse move.
-    SeriesSpec{.array = "SeriesWind",
-               .box = "CheckWS",
-               .designCaption = "",
-               .channel = 12,
-               .readout = "sv",
-               .readoutText = Rounded(1, " ", true),
-               .extremeText = {"MAX ", "MIN ", "#0.0", "", " Min = 0 ", kNoSeries},
-               .maxStart = Value(0),
-               .minStart = Value(100)},
+    SeriesRow{.array = "SeriesWind",
+              .box = "CheckWS",
+              .designCaption = "",
+              .channel = 12,
+              .readout = "sv",
+              .readoutText = Rounded(1, " ", true),
+              .extremeText = {"MAX ", "MIN ", "#0.0", "", " Min = 0 ", kNoSeries},
+              .maxStart = Value(0),
+              .minStart = Value(100)},
 };
 
 constexpr std::array<double, 8> kZeroScratch8{};
@@ -157,52 +157,52 @@ constexpr std::array kBzCsv{CsvColumn{bzVolts, "##.00"}, CsvColumn{bzAmps1, "###
 enum DEMO { demoVolts, demoAmps, demoWatts, demoRpm, demoWind };
 
 const std::array kDemoSeries{
-    SeriesSpec{.array = "SeriesVolts",
-               .box = "CheckVolts",
-               .designCaption = "Volts",
-               .channel = 9,
-               .readout = "vv",
-               .readoutText = Patterned("#0.00 V"),
-               .extremeText = {"MAX ", "MIN ", "##00 V", "", "", kNoSeries},
-               .maxStart = Value(0),
-               .minStart = kChannelLimit},
-    SeriesSpec{.array = "SeriesAmps",
-               .box = "CheckAmps",
-               .designCaption = "Amps",
-               .channel = 1,
-               .readout = "av",
-               .readoutText = Patterned("#0.0 A"),
-               .extremeText = {"MAX ", "MIN ", "", " A", "", kNoSeries},
-               .maxStart = Value(0),
-               .minStart = kChannelLimit},
-    SeriesSpec{.array = "SeriesWatts",
-               .box = "CheckWatts",
-               .designCaption = "Watts",
-               .channel = 17,
-               .readout = "wv",
-               .readoutText = Patterned("##00 W"),
-               .extremeText = {"MAX ", "MIN ", "##00 W", "", "", kNoSeries},
-               .maxStart = Value(0),
-               .minStart = kChannelLimit,
-               .energyLabel = "wh1"},
-    SeriesSpec{.array = "SeriesRPM",
-               .box = "CheckRPM",
-               .designCaption = "RPM",
-               .channel = 13,
-               .readout = "rv",
-               .readoutText = Patterned("##0 RPM"),
-               .extremeText = {"MAX ", "MIN ", "##00 RPM", "", "", kNoSeries},
-               .maxStart = Value(0),
-               .minStart = kChannelLimit},
-    SeriesSpec{.array = "SeriesWind",
-               .box = "CheckWS",
-               .designCaption = "",
-               .channel = 12,
-               .readout = "sv",
-               .readoutText = Patterned("##0 ", true),
-               .extremeText = {"MAX ", "MIN ", "##00 ", "", "", kNoSeries},
-               .maxStart = Value(0),
-               .minStart = kChannelLimit},
+    SeriesRow{.array = "SeriesVolts",
+              .box = "CheckVolts",
+              .designCaption = "Volts",
+              .channel = 9,
+              .readout = "vv",
+              .readoutText = Patterned("#0.00 V"),
+              .extremeText = {"MAX ", "MIN ", "##00 V", "", "", kNoSeries},
+              .maxStart = Value(0),
+              .minStart = kChannelLimit},
+    SeriesRow{.array = "SeriesAmps",
+              .box = "CheckAmps",
+              .designCaption = "Amps",
+              .channel = 1,
+              .readout = "av",
+              .readoutText = Patterned("#0.0 A"),
+              .extremeText = {"MAX ", "MIN ", "", " A", "", kNoSeries},
+              .maxStart = Value(0),
+              .minStart = kChannelLimit},
+    SeriesRow{.array = "SeriesWatts",
+              .box = "CheckWatts",
+              .designCaption = "Watts",
+              .channel = 17,
+              .readout = "wv",
+              .readoutText = Patterned("##00 W"),
+              .extremeText = {"MAX ", "MIN ", "##00 W", "", "", kNoSeries},
+              .maxStart = Value(0),
+              .minStart = kChannelLimit,
+              .energyLabel = "wh1"},
+    SeriesRow{.array = "SeriesRPM",
+              .box = "CheckRPM",
+              .designCaption = "RPM",
+              .channel = 13,
+              .readout = "rv",
+              .readoutText = Patterned("##0 RPM"),
+              .extremeText = {"MAX ", "MIN ", "##00 RPM", "", "", kNoSeries},
+              .maxStart = Value(0),
+              .minStart = kChannelLimit},
+    SeriesRow{.array = "SeriesWind",
+              .box = "CheckWS",
+              .designCaption = "",
+              .channel = 12,
+              .readout = "sv",
+              .readoutText = Patterned("##0 ", true),
+              .extremeText = {"MAX ", "MIN ", "##00 ", "", "", kNoSeries},
+              .maxStart = Value(0),
+              .minStart = kChannelLimit},
 };
 constexpr std::array<double, 1> kZeroScratch1{};
 // One scratch value for every field: an absent field repeats the field read before it.
@@ -217,8 +217,8 @@ constexpr std::array kDemoCsv{CsvColumn{demoVolts, "##.00"}, CsvColumn{demoAmps,
 
 // ---- GraphRE: eight power channels and the bank voltage ------------------------------------
 
-SeriesSpec ReWatts(std::string_view array, std::string_view box, std::string_view caption,
-                   int channel, std::string_view readout, std::string_view energy, bool integer) {
+SeriesRow ReWatts(std::string_view array, std::string_view box, std::string_view caption,
+                  int channel, std::string_view readout, std::string_view energy, bool integer) {
     return {.array = array,
             .box = box,
             .designCaption = caption,
@@ -240,15 +240,15 @@ const std::array kReSeries{
     ReWatts("SeriesW6", "CheckW6", "W6", 22, "wW6", "wh6", false),
     ReWatts("SeriesW7", "CheckW7", "W7", 23, "wW7", "wH7", false),
     ReWatts("SeriesW8", "CheckW8", "W8", 24, "wW8", "wH8", true),
-    SeriesSpec{.array = "SeriesVolts",
-               .box = "CheckV",
-               .designCaption = "V",
-               .channel = 9,
-               .readout = "vv",
-               .readoutText = Patterned("#0.00 V"),
-               .extremeText = kVoltsExtreme,
-               .maxStart = Value(0),
-               .minStart = kChannelLimit},
+    SeriesRow{.array = "SeriesVolts",
+              .box = "CheckV",
+              .designCaption = "V",
+              .channel = 9,
+              .readout = "vv",
+              .readoutText = Patterned("#0.00 V"),
+              .extremeText = kVoltsExtreme,
+              .maxStart = Value(0),
+              .minStart = kChannelLimit},
 };
 // An absent field is 0, an absent <L> 10.
 constexpr std::array<double, 10> kReScratch{0, 0, 0, 0, 0, 0, 0, 0, 10, 0};
@@ -266,8 +266,8 @@ constexpr std::array kReCsv{
 
 // ---- GraphML: the three voltages and two pulse counts of system 8 --------------------------
 
-SeriesSpec MlVolts(std::string_view array, std::string_view box, int channel,
-                   std::string_view readout) {
+SeriesRow MlVolts(std::string_view array, std::string_view box, int channel,
+                  std::string_view readout) {
     return {.array = array,
             .box = box,
             .designCaption = box.substr(5),
@@ -278,8 +278,8 @@ SeriesSpec MlVolts(std::string_view array, std::string_view box, int channel,
             .maxStart = Value(0),
             .minStart = kChannelLimit};
 }
-SeriesSpec MlPulse(std::string_view array, std::string_view box, int channel,
-                   std::string_view readout) {
+SeriesRow MlPulse(std::string_view array, std::string_view box, int channel,
+                  std::string_view readout) {
     return {.array = array,
             .box = box,
             .designCaption = box.substr(5),
@@ -310,9 +310,9 @@ constexpr std::array kMlCsv{
 
 // The W boxes take channels 19 to 24 while the log's fields are W1 to W6: colours, names and
 // limits come from those channels by position.
-SeriesSpec CcWatts(std::string_view array, std::string_view box, std::string_view caption,
-                   int channel, std::string_view readout, std::string_view energy,
-                   const ExtremeText& extreme) {
+SeriesRow CcWatts(std::string_view array, std::string_view box, std::string_view caption,
+                  int channel, std::string_view readout, std::string_view energy,
+                  const ExtremeText& extreme) {
     return {.array = array,
             .box = box,
             .designCaption = caption,
@@ -324,8 +324,8 @@ SeriesSpec CcWatts(std::string_view array, std::string_view box, std::string_vie
             .minStart = Value(5000),
             .energyLabel = energy};
 }
-SeriesSpec CcTemperature(std::string_view array, std::string_view box, std::string_view caption,
-                         int state, std::string_view readout, double minStart) {
+SeriesRow CcTemperature(std::string_view array, std::string_view box, std::string_view caption,
+                        int state, std::string_view readout, double minStart) {
     return {.array = array,
             .box = box,
             .designCaption = caption,
@@ -386,12 +386,12 @@ constexpr std::array kCcCsv{CsvColumn{ccW1, "00000"}, CsvColumn{ccW2, "00000"},
 constexpr ExtremeText kQxWattsExtreme{"MAX ", "MIN ", "##00", " W", " Min = 0 W", qxW8};
 // The derived series W7 to W12 have no channel of their own: their boxes take state and colour
 // from channels 3 to 8 and keep their captions, and each is scaled to its own values.
-SeriesSpec QxDerived(std::string_view array, std::string_view box, std::string_view caption,
-                     int channel, std::string_view readout, std::string_view energy) {
-    SeriesSpec spec = CcWatts(array, box, caption, channel, readout, energy, kQxWattsExtreme);
-    spec.keepCaption = true;
-    spec.ownRange = true;
-    return spec;
+SeriesRow QxDerived(std::string_view array, std::string_view box, std::string_view caption,
+                    int channel, std::string_view readout, std::string_view energy) {
+    SeriesRow row = CcWatts(array, box, caption, channel, readout, energy, kQxWattsExtreme);
+    row.keepCaption = true;
+    row.ownRange = true;
+    return row;
 }
 const std::array kQxSeries{
     CcTemperature("SeriesTemp1", "temperature1", "temperature 1", 1, "Cel1", 50),

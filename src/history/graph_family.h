@@ -53,7 +53,7 @@ struct ExtremeText {
 };
 
 // One series: an array of the window, its check box, its readout label, its place on the chart.
-struct SeriesSpec {
+struct SeriesRow {
     std::string_view array{};          // name of the array, as "SeriesVolts"
     std::string_view box{};            // its check box, as "CheckVolts"
     std::string_view designCaption{};  // the box's caption until the load replaces it
@@ -136,7 +136,7 @@ struct GraphMember {
     std::string_view prefix{};     // of today's file name, "BZ_"
     std::string_view pattern{};    // of File1, "BZ*.txt"
     std::string_view captionOf{};  // the window whose caption the load sets to PersonalString
-    std::span<const SeriesSpec> series{};  // in the order of the chart
+    std::span<const SeriesRow> series{};  // in the order of the chart
     int scratchCount{};
     std::span<const double> scratchStart{};  // each scratch value at the start of a line
     std::span<const ReadStep> reading{};

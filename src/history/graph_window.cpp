@@ -62,16 +62,16 @@ GraphWindow::GraphWindow(const GraphMember& member, SharedState& state,
     Add("ftime", "Finish");
     Add("vt", "");
     const std::size_t count = member.series.size();
-    for (const SeriesSpec& spec : member.series) {
-        Add(std::string(spec.box), std::string(spec.designCaption));
+    for (const SeriesRow& row : member.series) {
+        Add(std::string(row.box), std::string(row.designCaption));
         m_series.push_back(std::make_unique<RecordArray>());
     }
-    for (const SeriesSpec& spec : member.series) {
-        Add(std::string(spec.readout), "");
+    for (const SeriesRow& row : member.series) {
+        Add(std::string(row.readout), "");
     }
-    for (const SeriesSpec& spec : member.series) {
-        if (!spec.energyLabel.empty()) {
-            Add(std::string(spec.energyLabel), "");
+    for (const SeriesRow& row : member.series) {
+        if (!row.energyLabel.empty()) {
+            Add(std::string(row.energyLabel), "");
         }
     }
     m_showFlag.assign(count, 0);
@@ -119,13 +119,13 @@ std::filesystem::path GraphWindow::Logs(std::string_view name) const {
 }
 
 double GraphWindow::MaxLimitOf(int series) const {
-    const SeriesSpec& spec = m_member.series[static_cast<std::size_t>(series)];
-    return spec.fixedLimit >= 0 ? spec.fixedLimit : m_state.channels.MaxLimit[spec.channel];
+    const SeriesRow& row = m_member.series[static_cast<std::size_t>(series)];
+    return row.fixedLimit >= 0 ? row.fixedLimit : m_state.channels.MaxLimit[row.channel];
 }
 
 std::int32_t GraphWindow::ColourOf(int series) const {
-    const SeriesSpec& spec = m_member.series[static_cast<std::size_t>(series)];
-    return spec.fixedColour >= 0 ? spec.fixedColour : m_state.channels.LineColour[spec.channel];
+    const SeriesRow& row = m_member.series[static_cast<std::size_t>(series)];
+    return row.fixedColour >= 0 ? row.fixedColour : m_state.channels.LineColour[row.channel];
 }
 
 int GraphWindow::FindSeriesByBox(std::string_view name) const {
@@ -180,16 +180,16 @@ void GraphWindow::Form_Load() {
         Ctl("CheckScaling").checked = true;
         const ChannelTable& table = m_state.channels;
         for (std::size_t i = 0; i < m_member.series.size(); ++i) {
-            const SeriesSpec& spec = m_member.series[i];
-            Control& box = Ctl(spec.box);
+            const SeriesRow& row = m_member.series[i];
+            Control& box = Ctl(row.box);
             const int state =
-                spec.fixedBoxState >= 0 ? spec.fixedBoxState : table.enableGRAPHING[spec.channel];
+                row.fixedBoxState >= 0 ? row.fixedBoxState : table.enableGRAPHING[row.channel];
             m_showFlag[i] = state;
             box.checked = state == 1;
-            if (spec.channel != 0) {
-                box.foreColour = table.LineColour[spec.channel];
-                if (!spec.keepCaption) {
-                    box.text = table.ChannelName[spec.channel];
+            if (row.channel != 0) {
+                box.foreColour = table.LineColour[row.channel];
+                if (!row.keepCaption) {
+                    box.text = table.ChannelName[row.channel];
                 }
             }
         }

@@ -152,9 +152,9 @@ void GraphWindow::Store(int target, double value, int record) {
                                   : value;
         return;
     }
-    const SeriesSpec& spec = m_member.series[static_cast<std::size_t>(target)];
+    const SeriesRow& row = m_member.series[static_cast<std::size_t>(target)];
     Series(target)[record] =
-        spec.integerStore ? static_cast<double>(RoundToInteger(value, -32768, 32767)) : value;
+        row.integerStore ? static_cast<double>(RoundToInteger(value, -32768, 32767)) : value;
 }
 
 double GraphWindow::ReadTimeBoxes(std::string_view hours, std::string_view minutes) const {

@@ -53,9 +53,9 @@ void GraphWindow::TimeChart() {
     const std::size_t count = m_member.series.size();
 
     for (std::size_t s = 0; s < count; ++s) {
-        const SeriesSpec& spec = m_member.series[s];
+        const SeriesRow& row = m_member.series[s];
         const RecordArray& values = *m_series[s];
-        if (spec.ownRange) {
+        if (row.ownRange) {
             double top = 0;
             double bottom = 0;
             for (int i = first; i <= last; ++i) {
@@ -91,7 +91,7 @@ void GraphWindow::TimeChart() {
     }
 
     for (std::size_t s = 0; s < count; ++s) {
-        const SeriesSpec& spec = m_member.series[s];
+        const SeriesRow& row = m_member.series[s];
         const auto start = [&](const ExtremeStart& rule, double& extreme) {
             if (rule.kind == ExtremeStart::Kind::Value) {
                 extreme = rule.value;
@@ -99,8 +99,8 @@ void GraphWindow::TimeChart() {
                 extreme = MaxLimitOf(static_cast<int>(s));
             }
         };
-        start(spec.maxStart, m_max[s]);
-        start(spec.minStart, m_min[s]);
+        start(row.maxStart, m_max[s]);
+        start(row.minStart, m_min[s]);
         const RecordArray& values = *m_series[s];
         for (int i = first; i <= last; ++i) {
             const double v = values[i];
@@ -182,9 +182,9 @@ void GraphWindow::TimeChart() {
         }
     }
     for (std::size_t s = 0; s < count; ++s) {
-        const SeriesSpec& spec = m_member.series[s];
-        if (!spec.energyLabel.empty()) {
-            Ctl(spec.energyLabel).text = FormatPattern(totals[s], "###0") + " Wh";
+        const SeriesRow& row = m_member.series[s];
+        if (!row.energyLabel.empty()) {
+            Ctl(row.energyLabel).text = FormatPattern(totals[s], "###0") + " Wh";
         }
     }
 }
@@ -196,8 +196,8 @@ void GraphWindow::Readouts(double x) {
     Ctl("vt").text = DayFractionText(LogTime[PositionIndex(x + ViewStart)]);
     const int position = PositionIndex(std::trunc(x) + ViewStart);
     for (std::size_t s = 0; s < m_member.series.size(); ++s) {
-        const SeriesSpec& spec = m_member.series[s];
-        const ReadoutText& rule = spec.readoutText;
+        const SeriesRow& row = m_member.series[s];
+        const ReadoutText& rule = row.readoutText;
         const double value = (*m_series[s])[position];
         std::string text =
             rule.kind == ReadoutText::Kind::Rounded
@@ -206,7 +206,7 @@ void GraphWindow::Readouts(double x) {
         if (rule.windUnits) {
             text += m_state.settings.WSUnits;
         }
-        Ctl(spec.readout).text = std::move(text);
+        Ctl(row.readout).text = std::move(text);
     }
 }
 

@@ -11,12 +11,12 @@ class ChartTest : public HistoryTest {
 protected:
     // Only the given boxes of GraphBZ stay checked.
     void ShowOnly(GraphWindow& bz, std::initializer_list<std::string_view> boxes) {
-        for (const SeriesSpec& spec : bz.member().series) {
+        for (const SeriesRow& row : bz.member().series) {
             bool wanted = false;
             for (std::string_view box : boxes) {
-                wanted = wanted || box == spec.box;
+                wanted = wanted || box == row.box;
             }
-            bz.SetText(spec.box, wanted ? "1" : "0");
+            bz.SetText(row.box, wanted ? "1" : "0");
         }
     }
     static Lines ZeroLines(const Lines& lines) {

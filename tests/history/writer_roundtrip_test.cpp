@@ -62,12 +62,22 @@ TEST_F(WriterRoundTrip, EveryWindowReadsBackWhatTheLoggingTickWrites) {
                                             {11, v[12], 1}});
                         break;
                     case LogFamily::CC:
-                        expected.push_back({{2, w[2], 1}, {3, w[3], 1}, {4, w[4], 1},
-                                            {5, w[6], 1}, {6, w[7], 1}, {7, w[8], 1}});
+                        expected.push_back({{2, w[2], 1},
+                                            {3, w[3], 1},
+                                            {4, w[4], 1},
+                                            {5, w[6], 1},
+                                            {6, w[7], 1},
+                                            {7, w[8], 1}});
                         break;
                     case LogFamily::RE:
-                        expected.push_back({{0, w[1], 1}, {1, w[2], 1}, {2, w[3], 1}, {3, w[4], 1},
-                                            {4, w[5], 1}, {5, w[6], 1}, {6, w[7], 1}, {7, w[8], 1},
+                        expected.push_back({{0, w[1], 1},
+                                            {1, w[2], 1},
+                                            {2, w[3], 1},
+                                            {3, w[4], 1},
+                                            {4, w[5], 1},
+                                            {5, w[6], 1},
+                                            {6, w[7], 1},
+                                            {7, w[8], 1},
                                             {8, v[9], .01}});
                         break;
                     case LogFamily::ML:
