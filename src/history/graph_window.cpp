@@ -338,9 +338,8 @@ bool GraphWindow::SetText(std::string_view name, std::string_view text) {
     if (name == "Dir1") {
         Dir1_Change(text);
     } else if (isBox) {
-        const bool value = ParseNumber(text) != 0;
-        if (value != control->checked) {
-            control->checked = !value;  // the click turns it to the value asked for
+        // A change of value is the box's click; a hidden box cannot be reached.
+        if ((ParseNumber(text) != 0) != control->checked) {
             Click(name);
         }
     } else {

@@ -37,6 +37,11 @@ TEST_F(SelectionTest, BoxesTakeStateColourAndCaptionFromTheChannelTable) {
     bz.Click("CheckAmps");
     EXPECT_EQ(bz.ShowFlag(1), 0);
     EXPECT_TRUE(Draw("GraphBZ").empty());
+    // The curve charts hide the first boxes: the user cannot change them there.
+    bz.Click("XAxisRPM");
+    bz.SetText("CheckVolts", "0");
+    EXPECT_TRUE(bz.Find("CheckVolts")->checked);
+    EXPECT_EQ(bz.ShowFlag(0), 1);
 }
 
 TEST_F(SelectionTest, GraphCCStaysUnsetOnSystemZeroAndGraphREKeepsToTheLogs) {
