@@ -100,12 +100,6 @@ Control& GraphWindow::Ctl(std::string_view name) {
     return *control;
 }
 
-void GraphWindow::SetTextIfPresent(std::string_view name, std::string text) {
-    if (Control* control = m_controls.Find(name)) {
-        control->text = std::move(text);
-    }
-}
-
 void GraphWindow::Trapped(const std::function<void()>& body) {
     try {
         body();

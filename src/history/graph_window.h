@@ -52,9 +52,9 @@ public:
 
     // ---- Handlers. Each traps the failures the system leaves unhandled (see the class note).
     void Form_Load();
-    // A click on the control `name`; `item` names the clicked entry of File1. A check box or an
-    // option changes its state first, as a click by the user does.
-    // False when the window has no such control.
+    // A click on the control `name`; `item` names the clicked entry of File1 or Dir1. A check
+    // box or an option changes its state first, as a click by the user does; a hidden control
+    // cannot be reached and nothing happens. False when the window has no such control.
     bool Click(std::string_view name, std::string_view item = {});
     // Sets the text of a text box, or the value ("0" or "1") of a check box; a check box whose
     // value changes runs its click handler.
@@ -71,10 +71,10 @@ public:
     Control* Find(std::string_view name) const { return m_controls.Find(name); }
     const ControlRegistry& controls() const { return m_controls; }
     std::string caption;
-    bool loaded = false;   // in memory
-    bool visible = false;  // shown
-    bool unloadedByExit = false;
-    // File1's folder, a literal under the program folder such as "\logs"; empty until the load
+    bool loaded = false;          // in memory
+    bool visible = false;         // shown
+    bool unloadedByExit = false;  // its next opening starts a fresh window
+    // File1's folder, a literal under the program folder such as "/logs"; empty until the load
     // sets it. Dir1's folder is the text of Dir1, File1's pattern the text of File1.
     std::string file1Folder;
     std::vector<std::string> File1Items() const;
@@ -121,8 +121,6 @@ public:
 private:
     Control& Add(std::string name, std::string text);
     Control& Ctl(std::string_view name);
-    bool Has(std::string_view name) const { return m_controls.Find(name) != nullptr; }
-    void SetTextIfPresent(std::string_view name, std::string text);
     void Trapped(const std::function<void()>& body);
 
     double MaxLimitOf(int series) const;
@@ -155,7 +153,6 @@ private:
     std::vector<std::unique_ptr<RecordArray>> m_series;
     std::vector<int> m_showFlag;
     std::vector<double> m_max, m_min, m_top, m_bottom, m_height;
-    std::vector<std::string> m_hiddenByCurves;
 };
 
 // "14:05": a time of the day, as a fraction of a day, in hours and minutes of two digits each.

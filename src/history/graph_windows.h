@@ -30,6 +30,7 @@ public:
     }
     // Shows the window, running its load first when it is not in memory.
     GraphWindow& Open(std::string_view name);
+    // The printer of the windows made from now on.
     void SetPrinter(WindowPrinter* printer) { m_printer = printer; }
 
 private:

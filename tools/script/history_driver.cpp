@@ -1,5 +1,6 @@
 #include "history_driver.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "catalogue/text_rules.h"
@@ -30,8 +31,13 @@ public:
     void Click(std::string_view window, std::string_view control, std::string_view item,
                RunContext& run) override {
         GraphWindow& graph = Opened(window, run);
-        if (control == "File1" && item.empty()) {
-            throw ScriptError("click " + std::string(window) + ".File1 needs a file name");
+        if (control == "File1") {
+            // Only what the list shows can be clicked.
+            const std::vector<std::string> items = graph.File1Items();
+            if (std::find(items.begin(), items.end(), item) == items.end()) {
+                throw ScriptError(std::string(window) + ".File1 lists no \"" + std::string(item) +
+                                  "\"");
+            }
         }
         if (!graph.Click(control, item)) {
             throw ScriptError("window " + std::string(window) + " has no control " +
