@@ -63,7 +63,7 @@ constexpr CellPlace kMisc[] = {{"Label6", "Volts 2"},
                                {"Label12", "Pulse 5"},
                                {"Label8", "Pulse 3"}};
 
-constexpr int kTwipsPerPixel = 12;  // the panel's heights in twips, drawn a little roomier
+constexpr int kTwipsPerPixel = 15;  // 1440 twips to the inch, 96 pixels to the inch
 
 const char* kStyle = R"(
 QLabel[cell="true"] {
@@ -149,6 +149,7 @@ void MainWindow::AddCell(QWidget* parent, QGridLayout* grid, int row, int column
     value->setProperty("cell", true);
     value->setAlignment(Qt::AlignCenter);
     value->setMinimumWidth(96);
+    value->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     value->setCursor(Qt::PointingHandCursor);
     connect(value, &ClickableLabel::clicked, this, [this, name] { Forward(name); });
     QLabel* label = nullptr;
@@ -214,6 +215,7 @@ void MainWindow::BuildPanel() {
 
     auto cellRow = [this](QGroupBox* box, const auto& places) {
         auto* grid = new QGridLayout(box);
+        grid->setAlignment(Qt::AlignVCenter);
         grid->setHorizontalSpacing(10);
         grid->setVerticalSpacing(1);
         int column = 0;
@@ -229,13 +231,7 @@ void MainWindow::BuildPanel() {
     m_widgets["Check1"] = m_check1;
     windmill2->addWidget(m_check1, 1, static_cast<int>(std::size(kWindmill2)));
     connect(m_check1, &QCheckBox::clicked, this, [this](bool ticked) {
-        RunHandler([this, ticked] {
-            Control& box = m_form.model().Check1;
-            if (box.checked != ticked) {
-                box.checked = ticked;
-                m_form.Click("Check1");
-            }
-        });
+        RunHandler([this, ticked] { m_form.SetText("Check1", ticked ? "1" : "0"); });
     });
     cellRow(AddGroup("Frame1(2)", m.Frame1[2]), kAuxDc);
     for (int j = 0; j < 2; ++j) {
@@ -248,6 +244,7 @@ void MainWindow::BuildPanel() {
             cell->setParent(group);
             cell->setProperty("channel", true);
             auto* grid = new QGridLayout(cell);
+            grid->setAlignment(Qt::AlignTop);
             grid->setVerticalSpacing(3);
             AddCell(cell, grid, 0, 0, "Label3" + index, nullptr);
             AddCell(cell, grid, 1, 0, "Label5" + index, nullptr);
@@ -274,11 +271,7 @@ void MainWindow::BuildPanel() {
     m_delay->setFixedWidth(64);
     m_widgets["delay"] = m_delay;
     connect(m_delay, &QLineEdit::textEdited, this, [this](const QString& text) {
-        RunHandler([this, text] {
-            if (m_form.model().delay.enabled) {
-                m_form.model().delay.text = FromQt(text);
-            }
-        });
+        RunHandler([this, text] { m_form.SetText("delay", FromQt(text)); });
     });
     footer->addWidget(m_delay);
     layout->addLayout(footer);
@@ -324,7 +317,9 @@ void MainWindow::ArrangeGroups() {
         const int next = i + 1 < shown.size() ? shown[i + 1]->control->top : m.panelHeight;
         const int share = std::max(1, next - top);
         m_groupStack->setStretchFactor(shown[i]->box, share);
-        shown[i]->box->setMinimumHeight(share / kTwipsPerPixel);
+        shown[i]->box->setMinimumHeight(0);
+        shown[i]->box->setMinimumHeight(
+            std::max(share / kTwipsPerPixel, shown[i]->box->minimumSizeHint().height()));
     }
     if (isVisible()) {
         centralWidget()->adjustSize();
