@@ -26,14 +26,19 @@ int main(int argc, char* argv[]) {
     brizalog::DesktopSerialLink serial(folder);
     brizalog::DevicePortProbe probe(folder);
     brizalog::DesktopDialogs dialogs(probe);
-    brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
-    serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
 
-    // The splash comes first and makes whatever is missing; the start waits for its click.
+    // The splash comes first and makes whatever is missing; the start waits for its click. No
+    // timer runs and no port is open before it has gone, so the form is made afterwards.
+    int abortFlag = 0;
     {
-        brizalog::SplashWindow splash(folder, form.state().settings, dialogs);
+        brizalog::SplashWindow splash(folder, dialogs);
         splash.exec();
+        abortFlag = splash.AbortFlag();
     }
+
+    brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
+    form.state().settings.AbortFlag = abortFlag;
+    serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
 
     brizalog::MainWindow window(form);
     dialogs.Attach(&form, &window);

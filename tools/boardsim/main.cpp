@@ -1,12 +1,13 @@
 // brizalog-boardsim: a logger board or a Current Cost meter on a pseudo-terminal.
 //
-//   brizalog-boardsim --folder DIR [--port N] [--system T] [--rate FRAMES_PER_S] [--provision]
+//   brizalog-boardsim --folder DIR [--port N] [--system T] [--rate FRAMES_PER_S]
+//                     [--provision | --provision-only]
 //
 // Makes a pseudo-terminal, links it as DIR/ports/COMN (N is 3 unless told), and sends frames of
 // system type T until it is stopped (SIGINT or SIGTERM), when it removes its link again. Without
 // --system it follows the SystemType of DIR/hardware.cfg, so a layout chosen in Brizalog's menu
 // gets its own frames within seconds. --provision first makes whatever folder and file of DIR is
-// missing, as the splash of Brizalog does at each start.
+// missing, as the splash of Brizalog does at each start; --provision-only does that alone.
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -49,12 +50,13 @@ struct Options {
     std::optional<int> systemType;
     double rate = 1.0;
     bool provision = false;
+    bool provisionOnly = false;
 };
 
 [[noreturn]] void Usage(const std::string& problem) {
     std::cerr << "brizalog-boardsim: " << problem << "\n"
               << "usage: brizalog-boardsim --folder DIR [--port N] [--system T] "
-                 "[--rate FRAMES_PER_S] [--provision]\n";
+                 "[--rate FRAMES_PER_S] [--provision | --provision-only]\n";
     std::exit(2);
 }
 
@@ -79,6 +81,9 @@ Options ParseOptions(int argc, char** argv) {
                 options.rate = std::stod(value());
             } else if (arg == "--provision") {
                 options.provision = true;
+            } else if (arg == "--provision-only") {
+                options.provision = true;
+                options.provisionOnly = true;
             } else {
                 Usage("unknown option " + arg);
             }
@@ -129,6 +134,9 @@ int main(int argc, char** argv) {
     fs::create_directories(options.folder, error);
     if (options.provision) {
         brizalog::ProvisionProgramFolder(options.folder);
+        if (options.provisionOnly) {
+            return 0;
+        }
     }
 
     // The master side stays with us; the slave side is what Brizalog opens through the link.

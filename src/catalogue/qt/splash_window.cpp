@@ -24,11 +24,9 @@ QLabel* PassiveLabel(const QString& text, QWidget* parent) {
 
 }  // namespace
 
-SplashWindow::SplashWindow(std::filesystem::path folder, Settings& settings, Dialogs& dialogs,
-                           QWidget* parent)
+SplashWindow::SplashWindow(std::filesystem::path folder, Dialogs& dialogs, QWidget* parent)
     : QDialog(parent, Qt::SplashScreen | Qt::WindowStaysOnTopHint),
       m_folder(std::move(folder)),
-      m_settings(settings),
       m_dialogs(dialogs) {
     setObjectName(QStringLiteral("frmSplash"));
     setWindowTitle(ToQt(ProductTitle()));
@@ -39,7 +37,7 @@ SplashWindow::SplashWindow(std::filesystem::path folder, Settings& settings, Dia
         "#frmSplash QLabel { color: #eef3f8; }"
         "#Frame1 { border: 2px solid #7fb3e0; border-radius: 8px; background: #1d4266; }"
         "#lblProductName { font-size: 30pt; font-weight: bold; color: #ffffff; }"
-        "#Label6 { font-size: 14pt; font-weight: bold; color: #9be08a; }"
+        "#frmSplash #Label6 { font-size: 14pt; font-weight: bold; color: #9be08a; }"
         "#ABORTBUTTON { padding: 6px 18px; }"));
 
     auto* frame = new QFrame(this);
@@ -96,7 +94,7 @@ void SplashWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void SplashWindow::Abort() {
-    m_settings.AbortFlag = 1;
+    m_abortFlag = 1;
     m_dialogs.ShowMessage(AbortMessage(m_folder.string()));
     accept();
 }

@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include "catalogue/services.h"
-#include "catalogue/state.h"
 
 namespace brizalog {
 
@@ -16,8 +15,10 @@ class SplashWindow : public QDialog {
     Q_OBJECT
 
 public:
-    SplashWindow(std::filesystem::path folder, Settings& settings, Dialogs& dialogs,
-                 QWidget* parent = nullptr);
+    SplashWindow(std::filesystem::path folder, Dialogs& dialogs, QWidget* parent = nullptr);
+
+    // 1 once "Click to ABORT" was clicked: the abort flag of the settings. Nothing reads it.
+    int AbortFlag() const { return m_abortFlag; }
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -27,8 +28,8 @@ private:
     void Abort();
 
     std::filesystem::path m_folder;
-    Settings& m_settings;
     Dialogs& m_dialogs;
+    int m_abortFlag = 0;
 };
 
 }  // namespace brizalog

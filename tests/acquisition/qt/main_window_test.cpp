@@ -1,0 +1,157 @@
+// The main window shows the main form's model and forwards the user's events to it.
+
+#include <QAction>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+#include "acquisition/qt/qt_text.h"
+#include "support/virtual_desk.h"
+
+using brizalog::testing::SampleFrame;
+using brizalog::testing::VirtualDesk;
+
+namespace brizalog {
+
+namespace {
+
+QString MenuCaption(const std::string& text) {
+    return ToQt(text).replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
+QString Text(VirtualDesk& desk, const std::string& name) {
+    return qobject_cast<QLabel*>(desk.window->controlWidget(name))->text();
+}
+
+}  // namespace
+
+class MainWindowTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void menusFollowTheModelAfterEachHandler() {
+        VirtualDesk desk;
+        desk.Start();
+        desk.window->show();
+        const MainFormModel& m = desk.form->model();
+        for (const auto& entry : m.menuTree) {
+            QAction* action = desk.window->menuAction(entry.name);
+            QVERIFY2(action != nullptr, entry.name.c_str());
+            QCOMPARE(action->text(), MenuCaption(m.controls.Find(entry.name)->text));
+        }
+        QVERIFY(desk.window->menuAction("setsystem(0)")->isChecked());
+
+        desk.window->menuAction("setsystem(5)")->trigger();
+        QVERIFY(desk.window->menuAction("setsystem(5)")->isChecked());
+        QVERIFY(!desk.window->menuAction("setsystem(0)")->isChecked());
+        QVERIFY(desk.window->menuAction("logging(5)")->isEnabled());
+        QVERIFY(!desk.window->menuAction("logging(0)")->isEnabled());
+        QCOMPARE(qobject_cast<QLabel*>(desk.window->controlWidget("Label11"))->text(),
+                 QStringLiteral("4Ch House A + Batt V"));
+        QVERIFY(!desk.window->menuAction("plotwindmill1")->isEnabled());
+
+        desk.window->menuAction("startMENU")->trigger();
+        QVERIFY(!desk.window->menuAction("startMENU")->isEnabled());
+        QVERIFY(desk.window->menuAction("stopMENU")->isEnabled());
+        QVERIFY(!desk.window->menuAction("setup")->isEnabled());
+        QVERIFY(qobject_cast<QLineEdit*>(desk.window->controlWidget("delay"))->isReadOnly());
+        desk.window->menuAction("stopMENU")->trigger();
+        QVERIFY(desk.window->menuAction("startMENU")->isEnabled());
+        QVERIFY(!qobject_cast<QLineEdit*>(desk.window->controlWidget("delay"))->isReadOnly());
+    }
+
+    void aClickOnACellShowsItsReadoutUntilTheNextFrame() {
+        VirtualDesk desk;
+        desk.AllChannelsOn();
+        desk.Start();
+        desk.Click("setsystem(2)");
+        desk.window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(desk.window.get()));
+        desk.Receive(SampleFrame(2));
+        QCOMPARE(Text(desk, "Amps(2)"), QStringLiteral("6.20 A"));
+
+        // A click on any amps cell writes the first channel's maximum into all four.
+        QTest::mouseClick(desk.window->controlWidget("Amps(2)"), Qt::LeftButton);
+        for (const char* cell : {"Amps(0)", "Amps(1)", "Amps(2)", "Amps(3)"}) {
+            QCOMPARE(Text(desk, cell), QStringLiteral("21.5"));
+        }
+        desk.Receive(SampleFrame(2));
+        QCOMPARE(Text(desk, "Amps(2)"), QStringLiteral("6.20 A"));
+        QCOMPARE(desk.window->windowTitle(), QStringLiteral("Battery = 13.20V "));
+    }
+
+    void theDelayBoxAndCheck1ReachTheForm() {
+        VirtualDesk desk;
+        desk.Start();
+        desk.Click("setsystem(1)");
+        desk.window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(desk.window.get()));
+        auto* delay = qobject_cast<QLineEdit*>(desk.window->controlWidget("delay"));
+        delay->selectAll();
+        QTest::keyClicks(delay, "30");
+        QCOMPARE(desk.form->model().delay.text, std::string("30"));
+
+        auto* check1 = qobject_cast<QCheckBox*>(desk.window->controlWidget("Check1"));
+        QTest::mouseClick(check1, Qt::LeftButton, {}, QPoint(6, check1->height() / 2));
+        QVERIFY(desk.form->model().Check1.checked);
+        QCOMPARE(check1->text(), QStringLiteral("Alt Volts2"));
+    }
+
+    // Every group and cell is shown exactly when the model shows it, and the groups stand in
+    // the order of their positions.
+    void thePanelOfEachSystemType() {
+        for (int type = 0; type <= 8; ++type) {
+            VirtualDesk desk;
+            desk.AllChannelsOn();
+            desk.Start();
+            desk.Click("setsystem(" + std::to_string(type) + ")");
+            desk.window->show();
+            QVERIFY(QTest::qWaitForWindowExposed(desk.window.get()));
+            const MainFormModel& m = desk.form->model();
+            std::vector<std::pair<int, int>> tops;  // model top, window y
+            for (const auto& [name, control] : m.controls.items()) {
+                QWidget* widget = desk.window->controlWidget(name);
+                if (widget == nullptr || name == "DataOK" || name == "LogOK") {
+                    continue;  // menu entries, and the flashing indicators
+                }
+                const bool inShownGroup = [&] {
+                    for (std::string_view group = MainFormModel::GroupOf(name); !group.empty();
+                         group = MainFormModel::GroupOf(group)) {
+                        if (!m.controls.Find(group)->visible) {
+                            return false;
+                        }
+                    }
+                    return true;
+                }();
+                QCOMPARE(widget->isVisible(), control->visible && inShownGroup);
+                if (name.rfind("Frame1", 0) == 0 || name.rfind("Frame4", 0) == 0 ||
+                    name == "Frame2") {
+                    if (control->visible) {
+                        tops.emplace_back(control->top, widget->y());
+                    }
+                }
+            }
+            std::sort(tops.begin(), tops.end());
+            for (std::size_t i = 1; i < tops.size(); ++i) {
+                QVERIFY2(tops[i - 1].second < tops[i].second, qPrintable(QString::number(type)));
+            }
+        }
+    }
+
+    void exitWritesTheSettingsAndClosesTheWindow() {
+        VirtualDesk desk;
+        desk.Start();
+        desk.window->show();
+        QFile::remove(QString::fromStdString((desk.folder / "hardware.cfg").string()));
+        desk.window->menuAction("exitMENU")->trigger();
+        QVERIFY(!desk.window->isVisible());
+        QVERIFY(QFile::exists(QString::fromStdString((desk.folder / "hardware.cfg").string())));
+    }
+};
+
+}  // namespace brizalog
+
+QTEST_MAIN(brizalog::MainWindowTest)
+#include "main_window_test.moc"
