@@ -33,7 +33,7 @@ private:
     std::size_t m_longest = 0;
     std::vector<Slot> m_slots;  // open addressing, a power of two in size
     std::uint32_t m_generation = 0;
-    std::vector<const char*> m_pending;  // "<" not yet closed by a ">"
+    std::vector<std::string_view> m_found;  // this frame's tags, in the order of their ">"
 };
 
 }  // namespace brizalog
