@@ -83,7 +83,9 @@ inline void ShowTextBox(QLineEdit* box, const Control& control) {
     if (box->text() != text) {
         box->setText(text);
     }
-    box->setReadOnly(!control.enabled);
+    if (box->isReadOnly() == control.enabled) {
+        box->setReadOnly(!control.enabled);
+    }
     if (box->isVisibleTo(box->parentWidget()) != control.visible) {
         box->setVisible(control.visible);
     }

@@ -130,6 +130,7 @@ void MainWindow::BuildMenus() {
         }
         action->setObjectName(ToQt(entry.name));
         m_actions[entry.name] = action;
+        m_menuEntries.emplace_back(m_form.model().controls.Find(entry.name), action);
     }
 }
 
@@ -334,20 +335,22 @@ void MainWindow::Render() {
         setWindowTitle(title);
     }
 
-    for (const auto& entry : m.menuTree) {
-        const Control* control = m.controls.Find(entry.name);
-        QAction* action = m_actions[entry.name];
+    for (const auto& [control, action] : m_menuEntries) {
         QString text = ToQt(control->text);
         text.replace(QLatin1Char('&'), QStringLiteral("&&"));
         if (action->text() != text) {
             action->setText(text);
         }
-        if (action->menu() == nullptr) {
+        if (action->menu() == nullptr && action->isChecked() != control->checked) {
             action->setCheckable(control->checked);
             action->setChecked(control->checked);
         }
-        action->setEnabled(control->enabled);
-        action->setVisible(control->visible);
+        if (action->isEnabled() != control->enabled) {
+            action->setEnabled(control->enabled);
+        }
+        if (action->isVisible() != control->visible) {
+            action->setVisible(control->visible);
+        }
     }
 
     for (const Group& group : m_groups) {
@@ -362,13 +365,21 @@ void MainWindow::Render() {
     }
     for (const auto& [control, widget] : m_labels) {
         ShowLabel(widget, *control);
-        widget->setToolTip(widget->text().size() > 60 ? widget->text() : QString());
+        const QString tip = widget->text().size() > 60 ? widget->text() : QString();
+        if (widget->toolTip() != tip) {
+            widget->setToolTip(tip);
+        }
     }
     for (auto [square, control] : {std::pair{m_dataOK, &m.DataOK}, std::pair{m_logOK, &m.LogOK}}) {
-        QPalette palette = square->palette();
-        palette.setColor(QPalette::Window, ToQColor(control->colour));
-        square->setPalette(palette);
-        square->setVisible(control->visible);
+        const QColor colour = ToQColor(control->colour);
+        if (square->palette().color(QPalette::Window) != colour) {
+            QPalette palette = square->palette();
+            palette.setColor(QPalette::Window, colour);
+            square->setPalette(palette);
+        }
+        if (square->isVisibleTo(this) != control->visible) {
+            square->setVisible(control->visible);
+        }
     }
     ShowTextBox(m_delay, m.delay);
     ShowButton(m_check1, m.Check1);

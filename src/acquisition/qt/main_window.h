@@ -64,6 +64,7 @@ private:
 
     Brizalog& m_form;
     std::map<std::string, QAction*> m_actions;
+    std::vector<std::pair<const Control*, QAction*>> m_menuEntries;  // in the menu tree's order
     std::map<std::string, QWidget*> m_widgets;
     std::vector<Cell> m_cells;
     std::vector<Group> m_groups;

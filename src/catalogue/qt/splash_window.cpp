@@ -25,7 +25,7 @@ QLabel* PassiveLabel(const QString& text, QWidget* parent) {
 }  // namespace
 
 SplashWindow::SplashWindow(std::filesystem::path folder, Dialogs& dialogs, QWidget* parent)
-    : QDialog(parent, Qt::SplashScreen | Qt::WindowStaysOnTopHint),
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       m_folder(std::move(folder)),
       m_dialogs(dialogs) {
     setObjectName(QStringLiteral("frmSplash"));
@@ -80,6 +80,13 @@ SplashWindow::SplashWindow(std::filesystem::path folder, Dialogs& dialogs, QWidg
 
     // Whatever is missing is made before any reader needs it; an existing file is never touched.
     ProvisionProgramFolder(m_folder);
+}
+
+void SplashWindow::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    // A key anywhere lets the start go on, so the splash takes the keyboard when it comes up.
+    activateWindow();
+    setFocus();
 }
 
 void SplashWindow::mousePressEvent(QMouseEvent* event) {

@@ -21,6 +21,7 @@ public:
     int AbortFlag() const { return m_abortFlag; }
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
