@@ -322,8 +322,10 @@ void MainWindow::ArrangeGroups() {
         shown[i]->box->setMinimumHeight(
             std::max(share / kTwipsPerPixel, shown[i]->box->minimumSizeHint().height()));
     }
+    // The window takes the height of the new layout, so a smaller panel leaves no empty space.
     if (isVisible()) {
-        centralWidget()->adjustSize();
+        centralWidget()->layout()->activate();
+        layout()->activate();
         resize(width(), sizeHint().height());
     }
 }

@@ -140,6 +140,20 @@ private slots:
         }
     }
 
+    void theWindowFollowsThePanelHeightOfTheLayout() {
+        VirtualDesk desk;
+        desk.AllChannelsOn();
+        desk.Start();
+        desk.window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(desk.window.get()));
+        desk.window->menuAction("setsystem(8)")->trigger();
+        const int tall = desk.window->height();
+        desk.window->menuAction("setsystem(0)")->trigger();
+        const int low = desk.window->height();
+        QVERIFY2(low < tall / 2, qPrintable(QStringLiteral("%1 then %2").arg(tall).arg(low)));
+        QVERIFY(!desk.window->controlWidget("Frame2")->isVisible());
+    }
+
     void exitWritesTheSettingsAndClosesTheWindow() {
         VirtualDesk desk;
         desk.Start();
