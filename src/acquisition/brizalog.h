@@ -110,9 +110,10 @@ private:
     void CalculateChannels();
     void DecodeLoggerFrame();
     void DecodeMeterFrame();
-    // One element of a frame into RawValue[index]; a value that is not a number keeps the old
-    // reading and turns LogOK red.
-    void DecodeElement(std::string_view frame, std::string_view startTag, std::string_view endTag,
+    // One element of a frame into RawValue[index]: its start tag is tag `startTag` of `tags`,
+    // its end tag the next one. A value that is not a number keeps the old reading and turns
+    // LogOK red.
+    void DecodeElement(std::string_view frame, const FrameTagIndex& tags, std::size_t startTag,
                        int index);
     void OpenWindow(std::string_view name, bool modal);
     bool ClickMenu(std::string_view name, int index);
@@ -158,12 +159,12 @@ private:
     std::string m_loggerFrame;
     std::string m_meterFrame;
     // Scratch of the decoders, kept so that a frame costs no allocation.
-    FrameTagIndex m_tagIndex;
+    FrameTagIndex m_fixedTags;   // system 0
+    FrameTagIndex m_tableTags;   // the channel table's, start and end tag of channel n at 2n - 2
+    FrameTagIndex m_meterTags;   // the Current Cost meters'
+    std::string m_tagNames[25];  // the XMLhardware names that m_tableTags was built from
+    bool m_tableTagsSet = false;
     std::string m_elementValue;
-    std::string m_tagNames[25];  // the XMLhardware names that the two tag lists were built from
-    std::string m_startTags[25];
-    std::string m_endTags[25];
-    std::size_t m_longestTag = 0;
 
     // The cell texts of the panel refresh, per system type: which control, which value, which
     // pattern and which display flags gate it. Built once; the flags are read at each refresh.

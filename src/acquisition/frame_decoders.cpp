@@ -1,23 +1,21 @@
-#include <algorithm>
-
 #include "acquisition/brizalog.h"
 #include "catalogue/channels.h"
 #include "catalogue/text_rules.h"
 
 namespace brizalog {
 
-// Readings are found by plain text search for their tags, first occurrence of each, through
-// the frame's tag index. A missing element keeps its channel's last reading; an end tag before
-// its start tag is a negative length, a failure that the intake's trap catches (or, in system
-// 4, does not).
-void Brizalog::DecodeElement(std::string_view frame, std::string_view startTag,
-                             std::string_view endTag, int index) {
-    const long s = m_tagIndex.Find(startTag);
-    const long e = m_tagIndex.Find(endTag);
+// Readings are found by plain text search for their tags, first occurrence of each (through the
+// frame's tag index). A missing element keeps its channel's last reading; an end tag before its
+// start tag is a negative length, a failure that the intake's trap catches (or, in system 4,
+// does not).
+void Brizalog::DecodeElement(std::string_view frame, const FrameTagIndex& tags,
+                             std::size_t startTag, int index) {
+    const long s = tags.Position(startTag);
+    const long e = tags.Position(startTag + 1);
     if (s == 0 || e == 0) {
         return;
     }
-    const long tagLength = static_cast<long>(startTag.size());
+    const auto tagLength = static_cast<long>(tags.tags()[startTag].size());
     m_elementValue = Mid(frame, s + tagLength, e - s - tagLength);
     if (IsNumeric(m_elementValue)) {
         m_state.RawValue[index] = ParseNumber(m_elementValue);
@@ -33,45 +31,52 @@ void Brizalog::DecodeElement(std::string_view frame, std::string_view startTag,
 void Brizalog::DecodeLoggerFrame() {
     const std::string_view frame = m_loggerFrame;
     if (m_state.settings.SystemType == 0) {
-        m_tagIndex.Build(frame, 4);
-        DecodeElement(frame, "<V>", "</V>", 9);
-        DecodeElement(frame, "<I>", "</I>", 1);
-        DecodeElement(frame, "<S>", "</S>", 12);
-        DecodeElement(frame, "<R>", "</R>", 13);
+        if (m_fixedTags.tags().empty()) {
+            m_fixedTags.SetTags({"<V>", "</V>", "<I>", "</I>", "<S>", "</S>", "<R>", "</R>"});
+        }
+        m_fixedTags.Build(frame);
+        DecodeElement(frame, m_fixedTags, 0, 9);
+        DecodeElement(frame, m_fixedTags, 2, 1);
+        DecodeElement(frame, m_fixedTags, 4, 12);
+        DecodeElement(frame, m_fixedTags, 6, 13);
         return;
     }
     // The user's channel table decides which element feeds which channel. Every tag is searched
     // for, whether the channel is enabled or not.
     const auto& names = m_state.channels.XMLhardware;
+    bool changed = !m_tableTagsSet;
     for (int n = 1; n <= kChannelCount; ++n) {
-        if (names[n] != m_tagNames[n]) {
-            m_tagNames[n] = names[n];
-            m_startTags[n].assign("<").append(names[n]).append(">");
-            m_endTags[n].assign("</").append(names[n]).append(">");
-            m_longestTag = 0;
-        }
+        changed = changed || names[n] != m_tagNames[n];
     }
-    if (m_longestTag == 0) {
+    if (changed) {
+        std::vector<std::string> tags;
         for (int n = 1; n <= kChannelCount; ++n) {
-            m_longestTag = std::max(m_longestTag, m_endTags[n].size());
+            m_tagNames[n] = names[n];
+            tags.push_back("<" + names[n] + ">");
+            tags.push_back("</" + names[n] + ">");
         }
+        m_tableTags.SetTags(tags);
+        m_tableTagsSet = true;
     }
-    m_tagIndex.Build(frame, m_longestTag);
+    m_tableTags.Build(frame);
     for (int n = 1; n <= kChannelCount; ++n) {
-        DecodeElement(frame, m_startTags[n], m_endTags[n], n);
+        DecodeElement(frame, m_tableTags, static_cast<std::size_t>(2 * n - 2), n);
     }
 }
 
 void Brizalog::DecodeMeterFrame() {
     const std::string_view frame = m_meterFrame;
-    m_tagIndex.Build(frame, 7);
-    // The temperature and three channels of one sensor into four consecutive RawValue indexes.
     // The channel tags are single literals: "<ch1>" and "<watts>" must stand side by side.
+    if (m_meterTags.tags().empty()) {
+        m_meterTags.SetTags({"<tmpr>", "</tmpr>", "<ch1><watts>", "</watts></ch1>", "<ch2><watts>",
+                             "</watts></ch2>", "<ch3><watts>", "</watts></ch3>"});
+    }
+    m_meterTags.Build(frame);
+    // The temperature and three channels of one sensor into four consecutive RawValue indexes.
     auto sensor = [&](int first) {
-        DecodeElement(frame, "<tmpr>", "</tmpr>", first);
-        DecodeElement(frame, "<ch1><watts>", "</watts></ch1>", first + 1);
-        DecodeElement(frame, "<ch2><watts>", "</watts></ch2>", first + 2);
-        DecodeElement(frame, "<ch3><watts>", "</watts></ch3>", first + 3);
+        for (int i = 0; i < 4; ++i) {
+            DecodeElement(frame, m_meterTags, static_cast<std::size_t>(2 * i), first + i);
+        }
     };
     if (m_state.settings.SystemType == 3) {
         sensor(17);

@@ -1,6 +1,7 @@
 #include "catalogue/patterns.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -84,7 +85,7 @@ std::size_t ReadScientific(const char* text, const char* end, char (&digits)[17]
 // times a power of ten in 64-bit extended precision lies within 10^-4 of the exact product, so
 // its rounding to a whole number of 15 digits is exact unless the product is that close to a
 // half. False for the rest, and where the platform has no extended precision.
-bool FastSignificant(double magnitude, char (&digits)[15], int& exponent) {
+bool FastScaled(double magnitude, std::uint64_t& significant, int& exponent) {
     if constexpr (std::numeric_limits<long double>::digits < 64) {
         return false;
     }
@@ -99,7 +100,9 @@ bool FastSignificant(double magnitude, char (&digits)[15], int& exponent) {
                                               1e7L,  1e8L,  1e9L,  1e10L, 1e11L, 1e12L, 1e13L,
                                               1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L};
     // The power of ten of the first digit, from the power of two (log10 2 is about 1233/4096).
-    int e = (std::ilogb(magnitude) * 1233) >> 12;
+    const auto binaryExponent =
+        static_cast<int>((std::bit_cast<std::uint64_t>(magnitude) >> 52) & 0x7ff) - 1023;
+    int e = (binaryExponent * 1233) >> 12;
     e = std::clamp(e, -6, 14);
     while (e < 14 && magnitude >= kPowers[e + 7]) {
         ++e;
@@ -122,6 +125,16 @@ bool FastSignificant(double magnitude, char (&digits)[15], int& exponent) {
         number = 100000000000000ULL;
         ++e;
     }
+    significant = number;
+    exponent = e;
+    return true;
+}
+
+bool FastSignificant(double magnitude, char (&digits)[15], int& exponent) {
+    std::uint64_t number = 0;
+    if (!FastScaled(magnitude, number, exponent)) {
+        return false;
+    }
     // Two digits at a time, in two 32-bit halves of 7 and 8 digits.
     static constexpr char kPairs[] =
         "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
@@ -142,7 +155,6 @@ bool FastSignificant(double magnitude, char (&digits)[15], int& exponent) {
         digits[i + 1] = kPairs[pair + 1];
     }
     digits[0] = static_cast<char>('0' + high);
-    exponent = e;
     return true;
 }
 
@@ -191,6 +203,94 @@ void Significant(double magnitude, char (&digits)[15], int& exponent) {
     }
 }
 
+constexpr std::uint64_t kPowersOfTen[] = {1ULL,
+                                          10ULL,
+                                          100ULL,
+                                          1000ULL,
+                                          10000ULL,
+                                          100000ULL,
+                                          1000000ULL,
+                                          10000000ULL,
+                                          100000000ULL,
+                                          1000000000ULL,
+                                          10000000000ULL,
+                                          100000000000ULL,
+                                          1000000000000ULL,
+                                          10000000000000ULL,
+                                          100000000000000ULL,
+                                          1000000000000000ULL};
+
+// Drops the last D digits, rounding half up; by a constant, so that it is a multiplication.
+template <int D>
+std::uint64_t DropDigits(std::uint64_t number) {
+    constexpr std::uint64_t unit = kPowersOfTen[D];
+    return number / unit + (number % unit >= unit / 2 ? 1 : 0);
+}
+constexpr std::uint64_t (*kDropDigits[])(std::uint64_t) = {
+    DropDigits<0>,  DropDigits<1>,  DropDigits<2>,  DropDigits<3>, DropDigits<4>,  DropDigits<5>,
+    DropDigits<6>,  DropDigits<7>,  DropDigits<8>,  DropDigits<9>, DropDigits<10>, DropDigits<11>,
+    DropDigits<12>, DropDigits<13>, DropDigits<14>, DropDigits<15>};
+
+// The usual case in whole numbers: the 15 significant digits as an integer, rounded half up at
+// the pattern's last place, then split at the point. False where the digits are not at hand
+// that way or the pattern asks for more places than a 64-bit integer holds.
+bool FormatFast(double value, const PatternParts& parts, std::size_t maxFraction,
+                std::size_t minFraction, std::size_t minInteger, std::string& text) {
+    if (maxFraction > 15 || minInteger > 12) {
+        return false;  // more places than the buffer below holds
+    }
+    std::uint64_t scaled = 0;  // the value times 10^maxFraction, rounded
+    if (value != 0) {
+        std::uint64_t significant = 0;
+        int exponent = 0;
+        if (!FastScaled(std::fabs(value), significant, exponent)) {
+            return false;
+        }
+        const int drop = 14 - exponent - static_cast<int>(maxFraction);
+        if (drop < -4) {
+            return false;
+        }
+        if (drop < 0) {
+            scaled = significant * kPowersOfTen[-drop];
+        } else if (drop == 0) {
+            scaled = significant;
+        } else if (drop <= 15) {
+            scaled = kDropDigits[drop](significant);
+        }
+    }
+    char buffer[48];  // fraction digits at the end, integer digits in front of them
+    char* const end = buffer + sizeof buffer;
+    char* p = end;
+    std::uint64_t integer = scaled;
+    for (std::size_t i = 0; i < maxFraction; ++i) {
+        *--p = static_cast<char>('0' + integer % 10);
+        integer /= 10;
+    }
+    const char* fraction = p;
+    std::size_t fractionCount = maxFraction;
+    while (fractionCount > minFraction && fraction[fractionCount - 1] == '0') {
+        --fractionCount;
+    }
+    std::size_t integerCount = 0;
+    while (integer != 0 || integerCount < minInteger) {
+        *--p = static_cast<char>('0' + integer % 10);
+        integer /= 10;
+        ++integerCount;
+    }
+    text.clear();
+    if (value < 0 && scaled != 0) {
+        text.push_back('-');
+    }
+    text.append(parts.prefix);
+    text.append(p, integerCount);
+    if (parts.hasPoint) {
+        text.push_back('.');
+        text.append(fraction, fractionCount);
+    }
+    text.append(parts.suffix);
+    return true;
+}
+
 }  // namespace
 
 // The panel formats some thirty cells for every frame, so this works in fixed buffers: the
@@ -203,6 +303,10 @@ std::string FormatPattern(double value, std::string_view pattern) {
     const std::size_t maxFraction = parts.fractionPart.size();
     const std::size_t minFraction = CountZeros(parts.fractionPart);
     const std::size_t minInteger = CountZeros(parts.integerPart);
+    std::string text;
+    if (FormatFast(value, parts, maxFraction, minFraction, minInteger, text)) {
+        return text;
+    }
 
     // The 15 significant digits of the magnitude, and the power of ten of the first one.
     char significant[15];
@@ -276,7 +380,6 @@ std::string FormatPattern(double value, std::string_view pattern) {
     const bool isZero = integerCount == 0 && std::all_of(fraction, fraction + fractionCount,
                                                          [](char c) { return c == '0'; });
 
-    std::string text;
     text.reserve(1 + parts.prefix.size() + std::max(integerCount, minInteger) + 1 + fractionCount +
                  parts.suffix.size());
     if (value < 0 && !isZero) {

@@ -9,26 +9,35 @@ namespace {
 
 // The index must give exactly what a plain search of the frame gives, for every tag shape.
 TEST(FrameTagIndex, FindsWhatAPlainSearchFinds) {
-    const std::string frame =
-        "[<A1>5</A1><<V1>12</V1><A1>7</A1><a<b>3</a<b><>1</><x>y>2</x>y><C>9</C>"
-        "<ch1><watts>00412</watts></ch1>< A2>]";
+    const std::vector<std::string> tags = {"<A1>",      "</A1>",        "<V1>",
+                                           "</V1>",     "<a<b>",        "</a<b>",
+                                           "<>",        "</>",          "<x>y>",
+                                           "</x>y>",    "<C>",          "<A2>",
+                                           "< A2>",     "<ch1><watts>", "</watts></ch1>",
+                                           "<missing>", "<A1",          "A1>",
+                                           "<A1>",      "<V1>",         "<ALongerTagThanAnyOther>"};
     FrameTagIndex index;
-    index.Build(frame, 6);
-    for (const char* tag :
-         {"<A1>", "</A1>", "<V1>", "</V1>", "<a<b>", "</a<b>", "<>", "</>", "<x>y>", "</x>y>",
-          "<C>", "<A2>", "< A2>", "<ch1><watts>", "</watts></ch1>", "<missing>", "<A1", "A1>"}) {
-        EXPECT_EQ(index.Find(tag), InStr(frame, tag)) << tag;
+    index.SetTags(tags);
+    for (const std::string frame :
+         {"[<A1>5</A1><<V1>12</V1><A1>7</A1><a<b>3</a<b><>1</><x>y>2</x>y><C>9</C>"
+          "<ch1><watts>00412</watts></ch1>< A2><ALongerTagThanAnyOther>]",
+          "<<<V1>", ">>><A1><", "", "A1>"}) {
+        index.Build(frame);
+        for (std::size_t id = 0; id < tags.size(); ++id) {
+            EXPECT_EQ(index.Position(id), InStr(frame, tags[id])) << frame << " " << tags[id];
+        }
     }
 }
 
-TEST(FrameTagIndex, ALongRunOfOpenBracketsIsIndexedInOnePass) {
+TEST(FrameTagIndex, ALongRunOfOpenBracketsCostsOnePass) {
     std::string frame(200000, '<');
     frame += "V1>3</V1>";
     FrameTagIndex index;
-    index.Build(frame, 5);
-    EXPECT_EQ(index.Find("<V1>"), InStr(frame, "<V1>"));
-    EXPECT_EQ(index.Find("</V1>"), InStr(frame, "</V1>"));
-    EXPECT_EQ(index.Find("<<V1>"), InStr(frame, "<<V1>"));
+    index.SetTags({"<V1>", "</V1>", "<<V1>"});
+    index.Build(frame);
+    EXPECT_EQ(index.Position(0), InStr(frame, "<V1>"));
+    EXPECT_EQ(index.Position(1), InStr(frame, "</V1>"));
+    EXPECT_EQ(index.Position(2), InStr(frame, "<<V1>"));
 }
 
 }  // namespace

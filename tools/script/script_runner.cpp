@@ -151,7 +151,15 @@ int ScriptRunner::Run(const std::vector<std::string>& lines) {
 
 void ScriptRunner::RunLines(const std::function<bool()>& until) {
     while (!m_exited && m_next < m_lines->size() && !(until && until())) {
-        const std::string_view line = Trim((*m_lines)[m_next]);
+        // Blanks at the end belong to the text of `serial` and `set`; a CR is the line end of a
+        // script written on Windows.
+        std::string_view line = (*m_lines)[m_next];
+        if (!line.empty() && line.back() == '\r') {
+            line.remove_suffix(1);
+        }
+        while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) {
+            line.remove_prefix(1);
+        }
         ++m_next;
         if (line.empty() || line.front() == '#') {
             continue;
