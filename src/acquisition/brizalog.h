@@ -68,7 +68,7 @@ public:
     // ---- Menu and panel handlers (acquisition/, displays/) ----
     void setsystem_Click(int index);
     void SetupHardware_Click();
-    // The four channel-setup groups: `kind` is the window ("setupHARDWAREchannels",
+    // The four channel-setup groups: `window` is the one they open ("setupHARDWAREchannels",
     // "setupLOGGINGchannels", "setupGRAPHINGchannels", "setupDISPLAYchannels").
     void ChannelSetup_Click(std::string_view window, int index);
     void Check1_Click();
