@@ -62,7 +62,11 @@ Brizalog::Brizalog(std::filesystem::path programFolder, Services services)
     m_timer1.SetHandler([this] { Timer1_Timer(); });
     m_timer2.SetHandler([this] { Timer2_Timer(); });
     m_timer3.SetHandler([this] { Timer3_Timer(); });
+    // The platform sees the timers in the order Timer1, Timer2, Timer3, and runs ticks that fall
+    // due at the same instant in that order. Timer2 is disabled at design, so it is made known
+    // by stopping it.
     m_timer1.Attach(&m_services.timers);
+    m_services.timers.Stop(m_timer2);
     m_timer2.Attach(&m_services.timers);
     m_timer3.Attach(&m_services.timers);
     BuildPanelRows();

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "acquisition/form_fixture.h"
 #include "catalogue/failure.h"
 
@@ -113,6 +115,37 @@ TEST(Indicators, Timer2EndsTheFlashOfBothIndicators) {
     EXPECT_FALSE(f.model().DataOK.visible);
     EXPECT_FALSE(f.form.timer2().Enabled());
     EXPECT_EQ(f.model().LogOK.colour, kRed);  // red for good
+}
+
+}  // namespace
+}  // namespace brizalog::testing
+
+namespace brizalog::testing {
+namespace {
+
+// Records the order of the countdowns that a backend is told about.
+class OrderOfTimers : public TimerBackend {
+public:
+    void Restart(FormTimer& timer) override { See(timer); }
+    void Stop(FormTimer& timer) override { See(timer); }
+    std::vector<std::string> seen;
+
+private:
+    void See(FormTimer& timer) {
+        if (std::find(seen.begin(), seen.end(), timer.name()) == seen.end()) {
+            seen.push_back(timer.name());
+        }
+    }
+};
+
+TEST(Indicators, TheFormShowsItsTimersToThePlatformInTheirOrder) {
+    TestFolder folder;
+    VirtualClock clock;
+    OrderOfTimers timers;
+    VirtualSerial serial;
+    VirtualDialogs dialogs;
+    Brizalog form(folder.path(), Services{clock, timers, serial, dialogs});
+    EXPECT_EQ(timers.seen, (std::vector<std::string>{"Timer1", "Timer2", "Timer3"}));
 }
 
 }  // namespace
