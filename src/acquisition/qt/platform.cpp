@@ -133,6 +133,7 @@ DesktopSerialLink::DesktopSerialLink(std::filesystem::path folder, QObject* pare
 bool DesktopSerialLink::OpenDevice() {
     const QString path = ResolvePort(m_folder, m_portNumber);
     if (path.isEmpty()) {
+        m_port.setPortName(QString());
         return false;
     }
     // The link is followed to its device, so the port is named as the device it is.

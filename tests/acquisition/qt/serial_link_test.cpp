@@ -1,12 +1,9 @@
 // The serial port of the desktop program on a real pseudo-terminal of the board simulator.
 
-#include <QMessageBox>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
-#include "acquisition/qt/desktop_dialogs.h"
 #include "acquisition/qt/platform.h"
 #include "support/board_simulator.h"
 
@@ -75,42 +72,6 @@ private slots:
         }
         QVERIFY(failed);
         QVERIFY(!link.IsOpen());
-    }
-
-    // A message box is up for two seconds; frames and timer ticks go on behind it.
-    void aMessageBoxStopsNeitherFramesNorTicks() {
-        BoardSimulator board(m_folder, 3, 0, 20);
-        QVERIFY(board.Start());
-        DesktopSerialLink link(m_folder);
-        link.SetReceiveHandler([&] { m_received += link.ReadAll(); });
-        link.Open(3, "4800,N,8,1");
-
-        DesktopTimers timers;
-        FormTimer tick("Timer2", 100, false);
-        int ticks = 0;
-        tick.SetHandler([&] { ++ticks; });
-        tick.Attach(&timers);
-        tick.Enable();
-
-        DevicePortProbe probe(m_folder);
-        DesktopDialogs dialogs(probe);
-        std::size_t receivedBefore = 0;
-        int ticksBefore = 0;
-        std::size_t receivedDuring = 0;
-        int ticksDuring = 0;
-        dialogs.onWindowShown = [&](QWidget* window) {
-            receivedBefore = m_received.size();
-            ticksBefore = ticks;
-            QTimer::singleShot(2000, window, [&, window] {
-                receivedDuring = m_received.size() - receivedBefore;
-                ticksDuring = ticks - ticksBefore;
-                qobject_cast<QMessageBox*>(window)->accept();
-            });
-        };
-        dialogs.ShowMessage("NO DATA AVAILABLE YET");
-        QVERIFY2(receivedDuring > 200, "frames must go on arriving behind a message box");
-        QVERIFY2(ticksDuring >= 10, "timers must go on ticking behind a message box");
-        tick.Detach();
     }
 
 private:
