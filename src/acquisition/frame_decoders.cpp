@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cstdint>
+
 #include "acquisition/brizalog.h"
 #include "catalogue/channels.h"
 #include "catalogue/text_rules.h"
@@ -17,6 +20,17 @@ void Brizalog::DecodeElement(std::string_view frame, const FrameTagIndex& tags,
     }
     const auto tagLength = static_cast<long>(tags.tags()[startTag].size());
     m_elementValue = Mid(frame, s + tagLength, e - s - tagLength);
+    // A board sends whole numbers: up to 15 digits they read exactly, without the number rule.
+    const std::string& text = m_elementValue;
+    if (!text.empty() && text.size() <= 15 &&
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        std::int64_t number = 0;
+        for (char c : text) {
+            number = number * 10 + (c - '0');
+        }
+        m_state.RawValue[index] = static_cast<double>(number);
+        return;
+    }
     if (IsNumeric(m_elementValue)) {
         m_state.RawValue[index] = ParseNumber(m_elementValue);
         return;

@@ -22,7 +22,7 @@ bool Indexable(std::string_view tag) {
 }  // namespace
 
 // Tags are a few characters long: eight bytes at a time, gathered in parallel, one multiply each.
-std::uint32_t FrameTagIndex::Hash(std::string_view text) {
+inline std::uint32_t FrameTagIndex::Hash(std::string_view text) {
     std::uint64_t hash = text.size();
     for (std::size_t at = 0; at < text.size(); at += 8) {
         std::uint64_t word = 0;
@@ -34,6 +34,23 @@ std::uint32_t FrameTagIndex::Hash(std::string_view text) {
     }
     return static_cast<std::uint32_t>(hash >> 32);
 }
+
+namespace {
+
+// The same text; tags are too short for a call of memcmp to pay.
+bool SameText(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (a[i] != b[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
 
 void FrameTagIndex::SetTags(const std::vector<std::string>& tags) {
     m_tags = tags;
@@ -98,7 +115,7 @@ void FrameTagIndex::Build(std::string_view frame) {
                 if (slot.tag.empty()) {
                     break;
                 }
-                if (slot.tag == tag) {
+                if (SameText(slot.tag, tag)) {
                     long& first = m_first[slot.distinct];
                     if (first == 0) {
                         first = static_cast<long>(open - begin) + 1;
