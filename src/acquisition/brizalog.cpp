@@ -61,7 +61,15 @@ Brizalog::Brizalog(std::filesystem::path programFolder, Services services)
     : m_folder(std::move(programFolder)), m_services(services) {
     m_timer1.SetHandler([this] { Timer1_Timer(); });
     m_timer2.SetHandler([this] { Timer2_Timer(); });
-    m_timer3.SetHandler([this] { Timer3_Timer(); });
+    // The rollover has no trap of its own: a Whours.txt that cannot be written ends it before the
+    // day's totals are cleared. That failure ends the rollover only, never the program: the
+    // logger goes on, and WattHours runs on into the new day as after a midnight without frames.
+    m_timer3.SetHandler([this] {
+        try {
+            Timer3_Timer();
+        } catch (const Failure&) {
+        }
+    });
     // The platform sees the timers in the order Timer1, Timer2, Timer3, and runs ticks that fall
     // due at the same instant in that order. Timer2 is disabled at design, so it is made known
     // by stopping it.

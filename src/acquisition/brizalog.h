@@ -18,8 +18,8 @@ namespace brizalog {
 // Every handler runs to its end on the one user-interface thread before the next begins.
 //
 // A run-time failure that the system lets end the process (steps 1 to 10 of the start-up, the
-// intake of system 4, a Whours.txt that the midnight rollover cannot write) leaves a handler as
-// a Failure; the caller ends the process with its message.
+// intake of system 4) leaves a handler as a Failure; the caller ends the process with its
+// message. The rollover's failure (a Whours.txt that cannot be written) ends the rollover only.
 //
 // The handlers are defined beside the rules they carry out: start-up, menus, intake, decoders and
 // calculation in acquisition/, the layouts and the panel in displays/, the logging tick, Start,
@@ -59,7 +59,7 @@ public:
     // ---- Timers ----
     void Timer1_Timer();  // logging tick (logging/)
     void Timer2_Timer();  // end of the indicator flash (acquisition/)
-    void Timer3_Timer();  // watt-hour rollover (logging/); untrapped, see above
+    void Timer3_Timer();  // watt-hour rollover (logging/); raises, its timer contains it
 
     // ---- Fault reports (acquisition/) ----
     void ReportTrappedError(const std::string& errorText);
