@@ -95,8 +95,11 @@ std::string ReadWholeFile(const fs::path& path) {
     return text;
 }
 
-void WriteWholeFile(const fs::path& path, std::string_view text) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+namespace {
+
+// One open, one write, one close: the file is never left open behind the call.
+void WriteFile(const fs::path& path, std::string_view text, std::ios::openmode mode) {
+    std::ofstream out(path, std::ios::binary | mode);
     if (!out) {
         FailForPath(path);
     }
@@ -107,16 +110,14 @@ void WriteWholeFile(const fs::path& path, std::string_view text) {
     }
 }
 
+}  // namespace
+
+void WriteWholeFile(const fs::path& path, std::string_view text) {
+    WriteFile(path, text, std::ios::trunc);
+}
+
 void AppendToFile(const fs::path& path, std::string_view text) {
-    std::ofstream out(path, std::ios::binary | std::ios::app);
-    if (!out) {
-        FailForPath(path);
-    }
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    out.close();
-    if (!out) {
-        throw Failure(FailureKind::FileAccess);
-    }
+    WriteFile(path, text, std::ios::app);
 }
 
 void MakeFolder(const fs::path& path) {
