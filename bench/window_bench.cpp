@@ -4,50 +4,25 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QTemporaryDir>
 
-#include "acquisition/brizalog.h"
-#include "acquisition/qt/main_window.h"
-#include "catalogue/config_files.h"
-#include "catalogue/provisioning.h"
-#include "catalogue/virtual_platform.h"
+#include "support/virtual_desk.h"
 
 namespace {
 
-using namespace brizalog;
+using brizalog::testing::SampleFrame;
 
-constexpr const char* kFrame =
-    "[<A1>215</A1><A2>148</A2><A3>62</A3><A4>100</A4><A5>25</A5><A6>0</A6><A7>35</A7><A8>8</A8>"
-    "<V1>132</V1><V2>263</V2><V3>127</V3><WS>78</WS><R1>2496</R1><R2>2106</R2><P1>30</P1>"
-    "<P2>10</P2>]";
-
-struct Desk {
-    Desk() : timers(clock) {
-        folder = dir.path().toStdString();
-        ProvisionProgramFolder(folder);
-        ChannelTable table;
-        SetDefaultChannelTable(table);
-        for (int n = 1; n <= 24; ++n) {
-            table.enableDISPLAY[n] = 1;
-            table.HARDWAREenabled[n] = 1;
-        }
-        WriteChannelTable(table, folder);
-        form = std::make_unique<Brizalog>(folder, Services{clock, timers, serial, dialogs});
-        window = std::make_unique<MainWindow>(*form);
-        form->Form_Load();
-        form->Click("setsystem(8)");
+// System 8 with every channel on the panel, started and laid out.
+struct Desk : brizalog::testing::VirtualDesk {
+    Desk() {
+        AllChannelsOn();
+        Start();
+        Click("setsystem(8)");
         window->show();
         window->Render();
     }
-    QTemporaryDir dir;
-    std::filesystem::path folder;
-    VirtualClock clock;
-    VirtualTimers timers;
-    VirtualSerial serial;
-    VirtualDialogs dialogs;
-    std::unique_ptr<Brizalog> form;
-    std::unique_ptr<MainWindow> window;
 };
+
+const std::string kFrame = SampleFrame(8);
 
 void BM_FrameThroughTheWindow(benchmark::State& state) {
     Desk desk;
