@@ -7,7 +7,7 @@ packages=(
     cmake ninja-build g++ make
     qt6-base-dev qt6-serialport-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    xvfb xauth clang-format
+    xvfb xauth clang-format ccache
 )
 
 missing=()

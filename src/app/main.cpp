@@ -5,13 +5,13 @@
 #include <filesystem>
 
 #include "acquisition/brizalog.h"
-#include "acquisition/qt/desktop_dialogs.h"
-#include "acquisition/qt/event_gate.h"
 #include "acquisition/qt/main_window.h"
 #include "acquisition/qt/platform.h"
+#include "app/desktop_dialogs.h"
 #include "catalogue/failure.h"
 #include "catalogue/qt/splash_window.h"
 #include "help/about.h"
+#include "ui/event_gate.h"
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);

@@ -8,8 +8,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "acquisition/qt/control_view.h"
-#include "acquisition/qt/event_gate.h"
+#include "ui/control_view.h"
+#include "ui/event_gate.h"
 
 namespace brizalog {
 

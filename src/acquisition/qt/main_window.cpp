@@ -16,8 +16,8 @@
 #include <algorithm>
 
 #include "acquisition/brizalog.h"
-#include "acquisition/qt/control_view.h"
-#include "acquisition/qt/event_gate.h"
+#include "ui/control_view.h"
+#include "ui/event_gate.h"
 
 namespace brizalog {
 

@@ -9,10 +9,10 @@
 #include <QSerialPortInfo>
 #include <algorithm>
 
-#include "acquisition/qt/event_gate.h"
-#include "acquisition/qt/qt_text.h"
 #include "catalogue/failure.h"
 #include "catalogue/text_rules.h"
+#include "ui/event_gate.h"
+#include "ui/qt_text.h"
 
 namespace brizalog {
 

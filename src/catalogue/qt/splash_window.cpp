@@ -6,9 +6,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "acquisition/qt/qt_text.h"
 #include "catalogue/provisioning.h"
 #include "help/about.h"
+#include "ui/qt_text.h"
 
 namespace brizalog {
 

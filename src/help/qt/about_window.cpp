@@ -8,8 +8,8 @@
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
-#include "acquisition/qt/qt_text.h"
 #include "help/about.h"
+#include "ui/qt_text.h"
 
 namespace brizalog {
 

@@ -9,13 +9,13 @@
 #include <QTimer>
 
 #include "acquisition/brizalog.h"
-#include "acquisition/qt/desktop_dialogs.h"
-#include "acquisition/qt/event_gate.h"
 #include "acquisition/qt/main_window.h"
 #include "acquisition/qt/platform.h"
+#include "app/desktop_dialogs.h"
 #include "catalogue/config_files.h"
 #include "catalogue/provisioning.h"
 #include "support/board_simulator.h"
+#include "ui/event_gate.h"
 
 using brizalog::testing::BoardSimulator;
 

@@ -6,8 +6,8 @@
 #include <QTest>
 #include <QTimer>
 
-#include "acquisition/qt/event_gate.h"
 #include "catalogue/failure.h"
+#include "ui/event_gate.h"
 
 namespace brizalog {
 

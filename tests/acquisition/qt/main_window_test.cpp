@@ -7,8 +7,8 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include "acquisition/qt/qt_text.h"
 #include "support/virtual_desk.h"
+#include "ui/qt_text.h"
 
 using brizalog::testing::SampleFrame;
 using brizalog::testing::VirtualDesk;

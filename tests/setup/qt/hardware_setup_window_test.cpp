@@ -8,8 +8,8 @@
 #include <QTimer>
 #include <set>
 
-#include "acquisition/qt/desktop_dialogs.h"
 #include "acquisition/qt/find_comms_window.h"
+#include "app/desktop_dialogs.h"
 #include "setup/qt/program_setup_window.h"
 #include "support/virtual_desk.h"
 

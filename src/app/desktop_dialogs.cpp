@@ -1,12 +1,12 @@
-#include "acquisition/qt/desktop_dialogs.h"
+#include "app/desktop_dialogs.h"
 
 #include <QMessageBox>
 
 #include "acquisition/brizalog.h"
 #include "acquisition/qt/find_comms_window.h"
-#include "acquisition/qt/qt_text.h"
 #include "help/qt/about_window.h"
 #include "setup/qt/program_setup_window.h"
+#include "ui/qt_text.h"
 
 namespace brizalog {
 

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <functional>
+#include <string>
 
 namespace brizalog {
 
@@ -18,5 +19,9 @@ void AddRenderer(QObject* owner, std::function<void()> render);
 
 // True once a failure has ended the application; no further event is let through.
 bool ApplicationEnding();
+
+// How a failure that ends the process is told before the application exits with status 1: a
+// message box by default; a program without windows sets its own (a line on standard error).
+void SetFailureTeller(std::function<void(const std::string& message)> tell);
 
 }  // namespace brizalog

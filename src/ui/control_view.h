@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "acquisition/qt/qt_text.h"
 #include "catalogue/control.h"
+#include "ui/qt_text.h"
 
 namespace brizalog {
 

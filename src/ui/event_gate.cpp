@@ -1,4 +1,4 @@
-#include "acquisition/qt/event_gate.h"
+#include "ui/event_gate.h"
 
 #include <QCoreApplication>
 #include <QMessageBox>
@@ -23,12 +23,21 @@ std::vector<Renderer>& Renderers() {
 
 bool g_ending = false;
 
-void EndWithFailure(const std::string& message) {
-    g_ending = true;
+void ShowFailureBox(const std::string& message) {
     QMessageBox box(QMessageBox::Critical, QStringLiteral("Brizalog"),
                     QString::fromLatin1(message.data(), static_cast<qsizetype>(message.size())),
                     QMessageBox::Ok);
     box.exec();
+}
+
+std::function<void(const std::string&)>& FailureTeller() {
+    static std::function<void(const std::string&)> tell = ShowFailureBox;
+    return tell;
+}
+
+void EndWithFailure(const std::string& message) {
+    g_ending = true;
+    FailureTeller()(message);
     QCoreApplication::exit(1);
 }
 
@@ -64,6 +73,10 @@ void AddRenderer(QObject* owner, std::function<void()> render) {
 
 bool ApplicationEnding() {
     return g_ending;
+}
+
+void SetFailureTeller(std::function<void(const std::string& message)> tell) {
+    FailureTeller() = std::move(tell);
 }
 
 }  // namespace brizalog
