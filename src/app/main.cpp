@@ -9,6 +9,7 @@
 #include "acquisition/qt/platform.h"
 #include "app/desktop_dialogs.h"
 #include "catalogue/failure.h"
+#include "catalogue/files.h"
 #include "catalogue/qt/splash_window.h"
 #include "help/about.h"
 #include "ui/event_gate.h"
@@ -21,6 +22,8 @@ int main(int argc, char* argv[]) {
     const std::filesystem::path folder =
         std::filesystem::path(QCoreApplication::applicationDirPath().toStdString());
 
+    // Settings files are replaced whole and made durable, so a power cut never tears one.
+    brizalog::SetDiskSync(brizalog::SyncFileToDisk);
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
     brizalog::DesktopSerialLink serial(folder);

@@ -120,11 +120,14 @@ void Brizalog::Timer1_Timer() {
     // An interval without good data adds no energy, although its record repeats the readings.
     if (s.GoodDataCount > 0) {
         m_model.goodDATAcounter.text = std::to_string(s.GoodDataCount);
-        Step([&] {
-            for (int j = 1; j <= 8; ++j) {
-                s.WattHours[j] += s.SumWatts[j] * s.settings.LogDelay / 3600;
-            }
-        });
+        // Each slot is a step of its own: a slot whose energy overflows keeps its total, and
+        // the others and the next records go on.
+        for (int j = 1; j <= 8; ++j) {
+            Step([&] {
+                s.WattHours[j] =
+                    Finite(s.WattHours[j] + s.SumWatts[j] * s.settings.LogDelay / 3600);
+            });
+        }
     }
 
     for (int i = 1; i <= 16; ++i) {

@@ -1,6 +1,8 @@
 #include "acquisition/qt/platform.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -57,6 +59,15 @@ void DesktopTimers::Restart(FormTimer& timer) {
 
 void DesktopTimers::Stop(FormTimer& timer) {
     TimerOf(timer).stop();
+}
+
+void SyncFileToDisk(const std::filesystem::path& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return;
+    }
+    ::fsync(descriptor);
+    ::close(descriptor);
 }
 
 // ---- Ports ------------------------------------------------------------------------------------

@@ -35,6 +35,10 @@ private:
     std::map<FormTimer*, std::unique_ptr<QTimer>> m_timers;
 };
 
+// Makes a file or a folder durable on disk (fsync), for the whole-file replacement of the
+// configuration files. Set once at start with SetDiskSync.
+void SyncFileToDisk(const std::filesystem::path& path);
+
 // ---- Ports ------------------------------------------------------------------------------------
 
 // The device of port number N: `<program folder>/ports/COMN` when that path exists (a link the
