@@ -65,6 +65,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             window.Plot_MouseMove(x, y);
         }
     }
+    // Whatever the log holds, the chart is drawn in finite numbers: the window's surface turns
+    // them into pixels.
+    const RecordingPlot& plot = windows.PlotOf(member.window);
+    for (const RecordingPlot::Op& op : plot.ops()) {
+        for (double v : {op.x1, op.y1, op.x2, op.y2}) {
+            if (!std::isfinite(v)) {
+                Fault("a chart coordinate of the surface's operation", static_cast<int>(op.kind),
+                      v);
+            }
+        }
+    }
     platform.dialogs.messages.clear();
     return 0;
 }

@@ -35,6 +35,20 @@ void Step(StepBody&& body) {
     }
 }
 
+// A number too large for a double ("1e400") is no number to the delay box either: Start says so
+// rather than failing.
+bool IsDelayNumber(const std::string& text) {
+    if (!IsNumeric(text)) {
+        return false;
+    }
+    try {
+        ParseNumber(text);
+    } catch (const Failure&) {
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 // The logging tick. Its period is the logging interval; one tick is one interval.
@@ -150,7 +164,7 @@ void Brizalog::stopMENU_Click() {
 
 void Brizalog::StartLogging() {
     Control& delayBox = m_model.delay;
-    if (!IsNumeric(delayBox.text)) {
+    if (!IsDelayNumber(delayBox.text)) {
         m_services.dialogs.ShowMessage(std::string(kInvalidDelay));
         return;
     }
