@@ -41,7 +41,8 @@ int main(int argc, char* argv[]) {
 
     brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
     form.state().settings.AbortFlag = abortFlag;
-    serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
+    serial.SetReceiveHandler(
+        [&form] { brizalog::RunHandlerAtScreenPace([&form] { form.MSComm1_OnComm(); }); });
 
     brizalog::MainWindow window(form);
     dialogs.Attach(&form, &window);
