@@ -74,3 +74,14 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6printsupport6 (>= 6.4)")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "desktop-file-utils")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)
+
+# ---- Checks of what is installed (ctest) -------------------------------------------------------
+add_test(NAME install.desktop_entry
+    COMMAND desktop-file-validate ${CMAKE_CURRENT_SOURCE_DIR}/data/${BRIZALOG_APP_ID}.desktop)
+add_test(NAME install.metainfo
+    COMMAND appstreamcli validate --no-net --pedantic
+        ${CMAKE_CURRENT_SOURCE_DIR}/data/${BRIZALOG_APP_ID}.metainfo.xml)
+add_test(NAME install.package
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/tests/package/check_package.sh ${CMAKE_BINARY_DIR}
+        ${PROJECT_VERSION})
+set_tests_properties(install.package PROPERTIES TIMEOUT 300)
