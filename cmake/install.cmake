@@ -34,15 +34,24 @@ install(CODE "
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/brizalog-logger.service
     DESTINATION lib/systemd/user)
 
-# What a Debian package needs beside the program: the copyright file and a compressed changelog.
+# What a Debian package needs beside the programs: the copyright file, and the changelog and
+# manual pages compressed without a time stamp, so that the same sources give the same package.
 configure_file(data/copyright ${CMAKE_CURRENT_BINARY_DIR}/install/copyright COPYONLY)
-set(BRIZALOG_CHANGELOG_GZ ${CMAKE_CURRENT_BINARY_DIR}/install/changelog.gz)
-add_custom_command(OUTPUT ${BRIZALOG_CHANGELOG_GZ}
-    COMMAND gzip -9 -n -c ${CMAKE_CURRENT_SOURCE_DIR}/data/changelog > ${BRIZALOG_CHANGELOG_GZ}
-    DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/data/changelog)
-add_custom_target(brizalog_changelog ALL DEPENDS ${BRIZALOG_CHANGELOG_GZ})
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/copyright ${BRIZALOG_CHANGELOG_GZ}
-    DESTINATION ${BRIZALOG_DOCDIR})
+set(BRIZALOG_COMPRESSED)
+foreach(source data/changelog data/man/brizalog.1 data/man/brizalog-logger.1
+        data/man/brizalog-boardsim.1 data/man/brizalog-script.1)
+    get_filename_component(name ${source} NAME)
+    set(output ${CMAKE_CURRENT_BINARY_DIR}/install/${name}.gz)
+    add_custom_command(OUTPUT ${output}
+        COMMAND gzip -9 -n -c ${CMAKE_CURRENT_SOURCE_DIR}/${source} > ${output}
+        DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${source})
+    list(APPEND BRIZALOG_COMPRESSED ${output})
+endforeach()
+add_custom_target(brizalog_compressed_docs ALL DEPENDS ${BRIZALOG_COMPRESSED})
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/copyright
+    ${CMAKE_CURRENT_BINARY_DIR}/install/changelog.gz DESTINATION ${BRIZALOG_DOCDIR})
+list(FILTER BRIZALOG_COMPRESSED INCLUDE REGEX "\\.1\\.gz$")
+install(FILES ${BRIZALOG_COMPRESSED} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
 # ---- The Debian package ------------------------------------------------------------------------
 set(CPACK_GENERATOR DEB)

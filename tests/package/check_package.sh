@@ -43,6 +43,7 @@ has() {
 }
 for program in brizalog brizalog-logger brizalog-boardsim brizalog-script; do
     has -rwxr-xr-x "usr/bin/$program"
+    has -rw-r--r-- "usr/share/man/man1/$program.1.gz"
 done
 for file in share/applications/org.brizalog.Brizalog.desktop \
     share/metainfo/org.brizalog.Brizalog.metainfo.xml \
