@@ -93,6 +93,14 @@ int main(int argc, char* argv[]) {
     if (dialogs.Count() > 0) {
         return 1;
     }
-    brizalog::TellOnStandardError("logging from " + portName() + " into " + folder.string());
+    // What the journal of a box without a screen needs first: which folder, which port, and
+    // whether records are written.
+    const auto& settings = form.state().settings;
+    brizalog::TellOnStandardError(form.state().LoggingActive == 1
+                                      ? "logging from " + portName() + " into " + folder.string() +
+                                            " every " + brizalog::FormatGeneral(settings.LogDelay) +
+                                            " s"
+                                      : "reading " + portName() + " for " + folder.string() +
+                                            "; logging is stopped (LogOn is not 1)");
     return QCoreApplication::exec();
 }
