@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -158,6 +159,22 @@ private slots:
         QVERIFY(first.process.waitForFinished(5000));
         QCOMPARE(first.process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(first.process.exitCode(), 0);
+    }
+
+    void aNewFolderIsMadeAndProvisionedWithoutASplash() {
+        QTemporaryDir dir;
+        const QString path = dir.path() + QStringLiteral("/shed/logger");
+        Logger logger(path);
+        // With no device at the first-run port it ends with the port message; a machine with
+        // enough serial ports of its own may have one there, and then it runs until stopped.
+        if (!logger.process.waitForFinished(3000)) {
+            logger.process.terminate();
+            QVERIFY(logger.process.waitForFinished(5000));
+        }
+        for (const char* made : {"logs", "excel", "channels.cfg", "hardware.cfg",
+                                 "calibrations.cfg", "help.cfg", "myinfo.cfg"}) {
+            QVERIFY2(QFileInfo::exists(path + QLatin1Char('/') + QLatin1String(made)), made);
+        }
     }
 
     void aSettingsFileWithoutSettingsEndsTheLoggerWithTheFailure() {
