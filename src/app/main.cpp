@@ -8,6 +8,7 @@
 #include "acquisition/qt/main_window.h"
 #include "acquisition/qt/platform.h"
 #include "app/desktop_dialogs.h"
+#include "app/program_folder.h"
 #include "catalogue/failure.h"
 #include "catalogue/qt/splash_window.h"
 #include "help/about.h"
@@ -17,9 +18,7 @@ int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Brizalog"));
 
-    // The program folder is the folder of the program itself.
-    const std::filesystem::path folder =
-        std::filesystem::path(QCoreApplication::applicationDirPath().toStdString());
+    const std::filesystem::path folder = brizalog::ProgramFolder();
 
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
