@@ -20,8 +20,8 @@ public:
     static constexpr int kBase = kScaleTop + kSpan;
     static constexpr int kSurfaceHeight = kScaleTop + kBarHeight;  // the scales' bottom
     static constexpr int kSurfaceWidth = 1000;
-    static constexpr int kPowerX = 300;  // the middle of each bar
-    static constexpr int kRPMX = 700;
+    static constexpr int kPowerX = 250;  // the middle of each bar
+    static constexpr int kRPMX = 750;
     static constexpr int kBarPixels = 48;  // the bars' width
 
     BarMeters(SharedState& state, Dialogs& dialogs, Plot& surface);

@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFrame>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
@@ -11,12 +12,15 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "displays/bar_meters.h"
 #include "displays/battery_monitor.h"
 #include "displays/daily_maximums.h"
 #include "displays/log_preview.h"
+#include "displays/performance_plot.h"
 #include "displays/qt/monitor_view.h"
 #include "displays/raw_data_viewers.h"
 #include "ui/control_view.h"
+#include "ui/plot_canvas.h"
 
 namespace brizalog {
 
@@ -311,10 +315,118 @@ private:
     std::string m_shown;
 };
 
+// ---- Bar meters ------------------------------------------------------------------------------
+
+// Two bars side by side on the canvas, each under its limit and over its caption and figure.
+class BarMetersView : public MonitorView {
+public:
+    BarMetersView(SharedState& state, Dialogs& dialogs, TimerBackend& timers)
+        : MonitorView(timers) {
+        m_canvas = new PlotCanvas(this);
+        m_canvas->setObjectName(QStringLiteral("bars"));
+        m_canvas->setMinimumSize(200, 260);
+        auto monitor = std::make_unique<BarMeters>(state, dialogs, *m_canvas);
+        m_model = monitor.get();
+        SetMonitor(std::move(monitor));
+
+        auto* bar = new QMenuBar(this);
+        MenuEntry(bar, "exitmenu");
+        auto* grid = new QGridLayout;
+        const char* names[4][2] = {
+            {"maxP", "MaxR"}, {nullptr, nullptr}, {"Plabel", "Rlabel"}, {"Label2", "Label4"}};
+        for (int row = 0; row < 4; ++row) {
+            for (int column = 0; column < 2; ++column) {
+                if (names[row][column] == nullptr) {
+                    continue;
+                }
+                auto* label = new QLabel(this);
+                label->setObjectName(QString::fromLatin1(names[row][column]));
+                label->setAlignment(Qt::AlignCenter);
+                if (row == 3) {
+                    QFont big = label->font();
+                    big.setPointSizeF(big.pointSizeF() * 1.8);
+                    big.setBold(true);
+                    label->setFont(big);
+                }
+                grid->addWidget(label, row, column);
+                m_labels.emplace_back(m_model->controls.Find(names[row][column]), label);
+            }
+        }
+        grid->addWidget(m_canvas, 1, 0, 1, 2);
+        grid->setRowStretch(1, 1);
+        auto* layout = new QVBoxLayout(this);
+        layout->setMenuBar(bar);
+        layout->addLayout(grid);
+        resize(260, 420);
+    }
+
+private:
+    void RenderModel() override {
+        for (const auto& [control, label] : m_labels) {
+            ShowLabel(label, *control);
+        }
+    }
+
+    BarMeters* m_model;
+    PlotCanvas* m_canvas;
+    std::vector<std::pair<const Control*, QLabel*>> m_labels;
+};
+
+// ---- Live performance plot -------------------------------------------------------------------
+
+// The dots stay on the canvas's own image until "CLEAR display"; an expose repaints the image.
+class PerformancePlotView : public MonitorView {
+public:
+    PerformancePlotView(SharedState& state, int mode, TimerBackend& timers) : MonitorView(timers) {
+        m_canvas = new PlotCanvas(this);
+        m_canvas->setObjectName(QStringLiteral("GraphDisplay"));
+        auto monitor = std::make_unique<PerformancePlot>(state, *m_canvas, mode);
+        m_model = monitor.get();
+        SetMonitor(std::move(monitor));
+
+        auto* bar = new QMenuBar(this);
+        MenuEntry(bar, "cleardisplayMENU");
+        MenuEntry(bar, "exitplot");
+        m_maxRPM = new QLabel(this);
+        m_maxRPM->setObjectName(QStringLiteral("Label4"));
+        m_maxPower = new QLabel(this);
+        m_maxPower->setObjectName(QStringLiteral("Label3"));
+        auto* limits = new QHBoxLayout;
+        limits->addWidget(new QLabel(QStringLiteral("MAX RPM"), this));
+        limits->addWidget(m_maxRPM);
+        limits->addSpacing(24);
+        limits->addWidget(new QLabel(QStringLiteral("MAX Power"), this));
+        limits->addWidget(m_maxPower);
+        limits->addStretch();
+        auto* layout = new QVBoxLayout(this);
+        layout->setMenuBar(bar);
+        layout->addWidget(m_canvas, 1);
+        layout->addLayout(limits);
+        resize(660, 460);
+    }
+
+private:
+    void RenderModel() override {
+        ShowLabel(m_maxRPM, m_model->Label4);
+        ShowLabel(m_maxPower, m_model->Label3);
+    }
+
+    PerformancePlot* m_model;
+    PlotCanvas* m_canvas;
+    QLabel* m_maxRPM;
+    QLabel* m_maxPower;
+};
+
 }  // namespace
 
-MonitorView* MakeMonitorView(std::string_view name, SharedState& state, Dialogs& /*dialogs*/,
-                             int /*plotMode*/, TimerBackend& timers) {
+MonitorView* MakeMonitorView(std::string_view name, SharedState& state, Dialogs& dialogs,
+                             int plotMode, TimerBackend& timers) {
+    if (name == "plotDiagnostics") {
+        return new PerformancePlotView(state, plotMode, timers);
+    }
+    if (name == "BarGraphs") {
+        return new BarMetersView(state, dialogs, timers);
+    }
     if (name == "BATTMonitor") {
         return new BatteryView(state, BatteryMonitor::kFirst, timers);
     }

@@ -13,6 +13,7 @@
 #include "displays/qt/monitor_view.h"
 #include "support/virtual_desk.h"
 #include "ui/event_gate.h"
+#include "ui/plot_canvas.h"
 
 namespace brizalog {
 
@@ -28,9 +29,10 @@ const struct {
     const char* entry;
     const char* window;
 } kEntries[] = {
-    {"batteryMonitor", "BATTMonitor"}, {"batteryMonitor2", "BATTMonitor2"},
-    {"maxMINS", "dailyMaximums"},      {"rawCOMMdatamenu", "rawCOMMS"},
-    {"previewLOGdata", "dataTOlog"},   {"rawFRAMEtext", "displayRAWdata"},
+    {"batteryMonitor", "BATTMonitor"},    {"batteryMonitor2", "BATTMonitor2"},
+    {"maxMINS", "dailyMaximums"},         {"rawCOMMdatamenu", "rawCOMMS"},
+    {"previewLOGdata", "dataTOlog"},      {"rawFRAMEtext", "displayRAWdata"},
+    {"plotwindmill1", "plotDiagnostics"}, {"VUmeters", "BarGraphs"},
 };
 
 // The main window on the virtual platform, its monitors opened by the desktop's own opener and
@@ -117,6 +119,16 @@ private slots:
         QVERIFY(volts->isVisibleTo(volts->parentWidget()));
         QCOMPARE(d.View("dataTOlog")->findChild<QLabel*>(QStringLiteral("Label3(0)"))->text(),
                  QStringLiteral("13.20"));
+
+        QCOMPARE(d.View("BarGraphs")->findChild<QLabel*>(QStringLiteral("Label4"))->text(),
+                 QStringLiteral("250"));
+        // The plot keeps the grid (11 lines), the curve (500 steps) and a dot for each of the 40
+        // ticks; "CLEAR display" leaves the background alone.
+        MonitorView* plot = d.View("plotDiagnostics");
+        auto* canvas = plot->findChild<PlotCanvas*>(QStringLiteral("GraphDisplay"));
+        QCOMPARE(canvas->keptLines(), std::size_t{551});
+        plot->findChild<QAction*>(QStringLiteral("cleardisplayMENU"))->trigger();
+        QCOMPARE(canvas->keptLines(), std::size_t{511});
 
         // The pause entry stops the list's timer and says so.
         QAction* pause = d.View("rawCOMMS")->findChild<QAction*>(QStringLiteral("pause"));
