@@ -127,8 +127,8 @@ public:
         panel->setObjectName(QStringLiteral("panel"));
         panel->setStyleSheet(QString::fromLatin1(kDarkPanel));
         auto* grid = new QGridLayout(panel);
-        grid->setHorizontalSpacing(24);
-        grid->setVerticalSpacing(3);
+        grid->setHorizontalSpacing(0);
+        grid->setVerticalSpacing(2);
         for (int row = 0; row < DailyMaximums::kRows; ++row) {
             const std::string index = "(" + std::to_string(row) + ")";
             m_captions[row] = new QLabel(panel);
@@ -147,10 +147,34 @@ public:
     }
 
 private:
+    // Each row is coloured as its channel: the channel's colour as the row's ground, and black
+    // or white text, whichever reads on it. Every channel colour stays legible so.
     void RenderModel() override {
         for (int row = 0; row < DailyMaximums::kRows; ++row) {
-            ShowLabel(m_captions[row], m_model->Channel[row]);
-            ShowLabel(m_values[row], m_model->value[row]);
+            for (auto [label, control] : {std::pair{m_captions[row], &m_model->Channel[row]},
+                                          std::pair{m_values[row], &m_model->value[row]}}) {
+                const QString text = ToQt(control->text);
+                if (label->text() != text) {
+                    label->setText(text);
+                }
+                ShowState(label, *control);
+                ShowRowColour(label, control->foreColour);
+            }
+        }
+    }
+
+    static void ShowRowColour(QLabel* label, int colour) {
+        QString style;
+        if (colour != kDefaultColour) {
+            const QColor ground = ToQColor(colour);
+            const bool dark =
+                0.299 * ground.red() + 0.587 * ground.green() + 0.114 * ground.blue() < 140;
+            style =
+                QStringLiteral("background-color: %1; color: %2; padding: 1px 6px;")
+                    .arg(ground.name(), dark ? QStringLiteral("white") : QStringLiteral("black"));
+        }
+        if (label->styleSheet() != style) {
+            label->setStyleSheet(style);
         }
     }
 
