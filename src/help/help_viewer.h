@@ -65,7 +65,8 @@ public:
     // The text maker: every line of "/codetext.txt" becomes a line of "/code.cfg" that appends
     // it to `temp`, quotes and all as they stand. Nothing happens without "/codetext.txt".
     void codeMaker_Click();
-    void Close() { m_closeRequested = true; }
+    // The viewer has no close control of its own: it closes by its title bar.
+    void TitleBarClose() { m_closeRequested = true; }
 
     // A topic or the text maker by its control's name; false when there is no such control.
     bool Click(std::string_view name);

@@ -69,6 +69,8 @@ public:
     void Pulse_Click(int i);
     void SAVEcalibration_Click();
     void CalibrationExit_Click() { Close(); }
+    // Closing by the title bar is the EXIT.
+    void TitleBarClose() { Close(); }
 
     // A click by the control's own name ("AUTOZEROBUTTON(1)", "SAVEcalibration"). A control the
     // user cannot reach does nothing and gives true; false when there is no such control.
@@ -77,6 +79,7 @@ public:
     bool SetText(std::string_view name, std::string_view text);
 
     FormTimer& timer1() { return m_timer1; }
+    const FormTimer& timer1() const { return m_timer1; }
     bool CloseRequested() const { return m_closeRequested; }
     CalibrationModel& model() { return m_model; }
     const CalibrationModel& model() const { return m_model; }

@@ -71,6 +71,8 @@ public:
     // The hardware form refuses a limit that reads as 0 on any row, offered or not.
     void SaveSettings_Click();
     void Label1_Click() { m_closeRequested = true; }
+    // Closing by the title bar is the abort.
+    void TitleBarClose() { Label1_Click(); }
 
     // A click by the control's own name ("CheckEnable(9)", "SaveSettings"): a check box turns
     // over first. A control the user cannot reach (a withdrawn row, an inactive control) does

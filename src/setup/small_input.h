@@ -50,6 +50,8 @@ public:
     void Label_Click(int index);
     // The user types into Text1.
     void Text1_Change(std::string_view text) { m_model.Text1.text = std::string(text); }
+    // Closing by the title bar is the cancel.
+    void TitleBarClose() { Label_Click(m_lastLabel); }
 
     // By the control's own name ("Label3", "Text1"); false when the window has no such control.
     bool Click(std::string_view name);
