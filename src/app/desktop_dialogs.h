@@ -26,9 +26,14 @@ public:
         m_parent = parent;
     }
 
+    // The countdowns of the timers of the windows opened here (CALIBRATION's refresh); without
+    // them such a window shows its readings as they were at the opening.
+    void SetTimers(TimerBackend* timers) { m_timers = timers; }
+
     void ShowMessage(const std::string& text) override;
-    // Opens ProgramSetup, FindComms and frmAbout; the windows of the monitors, the graphs, the
-    // channel forms and help are not on the desktop yet, and their names open nothing.
+    // Opens ProgramSetup, FindComms, frmAbout, the channel forms, their small input windows,
+    // CALIBRATION and the help viewer info; the windows of the monitors and the graphs are not on
+    // the desktop yet, and their names open nothing.
     void OpenWindow(std::string_view name, bool modal) override;
 
     // Called with each window just before it is shown, so a test can act on it while it is up.
@@ -36,10 +41,12 @@ public:
 
 private:
     int Exec(class QDialog& dialog);
+    void OpenSetupWindow(std::string_view name);
 
     PortProbe& m_probe;
     Brizalog* m_form = nullptr;
     QPointer<QWidget> m_parent;
+    TimerBackend* m_timers = nullptr;
 };
 
 }  // namespace brizalog
