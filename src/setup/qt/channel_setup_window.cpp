@@ -22,10 +22,16 @@ namespace {
 
 // A name in its channel's colour, on a ground that keeps it readable: pale colours (yellow, the
 // light tints of the chart) on a dark ground, deep ones (blue, red) on a light one.
-QString NameStyle(int colour) {
-    const QColor text = ToQColor(colour);
+// An inactive name is faded towards its ground.
+QString NameStyle(int colour, bool active) {
+    QColor text = ToQColor(colour);
     const double brightness = 0.299 * text.red() + 0.587 * text.green() + 0.114 * text.blue();
     const char* ground = brightness > 128 ? "#20242a" : "#f2f2f2";
+    if (!active) {
+        const QColor back(QString::fromLatin1(ground));
+        text.setRgb((text.red() + back.red()) / 2, (text.green() + back.green()) / 2,
+                    (text.blue() + back.blue()) / 2);
+    }
     return QStringLiteral("background-color: %1; color: %2; padding: 2px 8px; border-radius: 3px;")
         .arg(QString::fromLatin1(ground), text.name());
 }
@@ -83,6 +89,7 @@ ChannelSetupWindow::ChannelSetupWindow(std::string_view window, SharedState& sta
         AddRow(grid, i);
     }
     grid->setRowStretch(kChannelCount + 1, 1);
+    grid->setColumnStretch(column, 1);  // spare width goes right of the last column
 
     m_scroll = new QScrollArea(this);
     m_scroll->setWidget(rows);
@@ -201,7 +208,7 @@ void ChannelSetupWindow::Render() {
         SetText(w.name, row.dataCHANNEL.text);
         const int colour =
             row.dataCHANNEL.foreColour == kDefaultColour ? 0xFFFFFF : row.dataCHANNEL.foreColour;
-        const QString style = NameStyle(colour);
+        const QString style = NameStyle(colour, row.dataCHANNEL.enabled);
         if (w.name->styleSheet() != style) {
             w.name->setStyleSheet(style);
         }
