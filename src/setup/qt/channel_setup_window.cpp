@@ -152,6 +152,10 @@ void ChannelSetupWindow::AddRow(QGridLayout* grid, int i) {
         w.limit->setObjectName(IndexedName("MAXLimit", i));
         w.limit->setEditable(true);
         w.limit->setInsertPolicy(QComboBox::NoInsert);
+        // The choices of a row never change: they are filled once, and a render sets the text.
+        for (const std::string& choice : MaxLimitChoices(i)) {
+            w.limit->addItem(ToQt(choice));
+        }
         connect(w.limit, &QComboBox::currentTextChanged, this,
                 [&row](const QString& text) { row.MAXLimit.text = FromQt(text); });
         grid->addWidget(w.limit, i, column++);
@@ -213,7 +217,12 @@ void ChannelSetupWindow::Render() {
             w.name->setStyleSheet(style);
         }
         if (w.limit != nullptr) {
-            ShowList(w.limit, row.MAXLimit, MaxLimitChoices(i));
+            const QString limit = ToQt(row.MAXLimit.text);
+            if (w.limit->currentText() != limit) {
+                w.limit->blockSignals(true);
+                w.limit->setCurrentText(limit);
+                w.limit->blockSignals(false);
+            }
             Show(w.limit, shown, row.MAXLimit.enabled);
             Show(w.colour, shown, row.ChannelColour.enabled);
             SetText(w.colour, row.ChannelColour.text);
