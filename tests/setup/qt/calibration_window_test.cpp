@@ -11,8 +11,8 @@
 #include <QTimer>
 
 #include "setup/qt/calibration_window.h"
-#include "ui/event_gate.h"
 #include "support/window_desk.h"
+#include "ui/event_gate.h"
 
 namespace brizalog {
 
