@@ -25,6 +25,7 @@ int main(int argc, char* argv[]) {
     brizalog::DesktopSerialLink serial(folder);
     brizalog::DevicePortProbe probe(folder);
     brizalog::DesktopDialogs dialogs(probe);
+    dialogs.SetTimers(&timers);
 
     // The splash comes first and makes whatever is missing; the start waits for its click. No
     // timer runs and no port is open before it has gone, so the form is made afterwards.
