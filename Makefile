@@ -2,7 +2,7 @@
 BUILD_DIR ?= build
 BUILD_TYPE ?= RelWithDebInfo
 
-.PHONY: run test build deps format clean fuzz
+.PHONY: run test build deps format clean package fuzz
 
 run: build
 	./scripts/run.sh $(BUILD_DIR)
@@ -15,6 +15,11 @@ build: deps
 		cmake -S . -B $(BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=$(BUILD_TYPE); \
 	fi
 	cmake --build $(BUILD_DIR)
+
+# The Debian package, brizalog_<version>_<arch>.deb in this folder: `apt install ./brizalog_*.deb`.
+package: build
+	cpack --config $(BUILD_DIR)/CPackConfig.cmake -B $(BUILD_DIR)/package
+	cp $(BUILD_DIR)/package/brizalog_*.deb .
 
 # Builds the fuzzing harnesses in build-fuzz/ and runs each for FUZZ_SECONDS (60 by default).
 FUZZ_SECONDS ?= 60

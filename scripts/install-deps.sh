@@ -8,6 +8,7 @@ packages=(
     qt6-base-dev qt6-serialport-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xauth clang-format ccache
+    dpkg-dev file desktop-file-utils appstream lintian
 )
 
 missing=()
