@@ -26,7 +26,7 @@ fi
 
 build=${FUZZ_BUILD_DIR:-build-fuzz}
 crashes=build/fuzz/crashes
-harnesses=(serial_intake config_files log_replay log_loader)
+harnesses=(serial_intake config_files log_replay log_loader help_viewer)
 
 if [ ! -f "$build/build.ninja" ]; then
     cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++ >/dev/null
@@ -98,6 +98,13 @@ while IFS= read -r file; do
     seed log_replay "$type" "$file"
     seed log_loader "$member\\377\\100\\040" "$file"
 done < <(find tests -name '*.txt' -path '*.before/logs/*')
+
+# Help topics and the text maker's source: the help files that a first start makes.
+for file in tests/catalogue/fixtures/*.cfg; do
+    seed help_viewer '\000' "$file"
+    seed help_viewer '\005' "$file"
+done
+printf 'A line of help\r\nwith "quotes" & more\r\n' >"$seeds/help_viewer/seed_text"
 
 # ---- Runs ---------------------------------------------------------------------------------
 mkdir -p "$crashes"

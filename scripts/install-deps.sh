@@ -9,6 +9,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xauth clang-format ccache
     dpkg-dev file desktop-file-utils appstream lintian
+    clang libclang-rt-14-dev xdotool
 )
 
 missing=()
