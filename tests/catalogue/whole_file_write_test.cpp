@@ -76,9 +76,8 @@ TEST(WholeFileWrite, EveryConfigurationWriterGoesThroughTheReplacement) {
 TEST(WholeFileWrite, TheReplacementKeepsLinksAndPermissions) {
     TestFolder folder;
     folder.Write("real/hardware.cfg", kOldSettings);
-    fs::permissions(folder.path() / "real/hardware.cfg", fs::perms::owner_read |
-                                                              fs::perms::owner_write |
-                                                              fs::perms::group_read);
+    fs::permissions(folder.path() / "real/hardware.cfg",
+                    fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
     fs::create_symlink(folder.path() / "real/hardware.cfg", folder.path() / "hardware.cfg");
 
     WriteWholeFile(folder.path() / "hardware.cfg", "new");
