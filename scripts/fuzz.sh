@@ -117,7 +117,8 @@ for h in "${harnesses[@]}"; do
     options=(-detect_leaks=0 -max_len=8192 "-artifact_prefix=$crashes/$h-")
     if [ "$mode" = check ]; then
         echo "== $h: seeds, regression inputs and $runs more"
-        if ! ASAN_OPTIONS=intercept_memcmp=0 "$build/fuzz_$h" "${options[@]}" -runs="$runs" \
+        # A fixed seed: the same inputs at every run, so that only a change of the code fails.
+        if ! ASAN_OPTIONS=intercept_memcmp=0 "$build/fuzz_$h" "${options[@]}" -runs="$runs" -seed=1 \
             "$seeds/$h" "$regressions" >"$build/$h.log" 2>&1; then
             tail -30 "$build/$h.log"
             status=1
