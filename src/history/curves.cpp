@@ -19,6 +19,8 @@ double CurveFactor(double height, double width) {
     return width == 0 ? 0 : 1.1 * std::pow(height, 0.33) / width;
 }
 
+constexpr double kLongestWindCurve = 32767;
+
 // y of power `w` on the curve charts: P at the top edge with no margin, 0 at the bottom.
 double PowerY(double limit, double w) {
     return (limit - w) / 20 + (limit - w);
@@ -124,6 +126,11 @@ void GraphWindow::XAxisWind_Click() {
     // Up to the wind series' range top of the last time chart, MaxLimit[12] once it ran
     // Scaled; the curve runs to the right of i.
     const double top = m_top[static_cast<std::size_t>(m_member.curveWind)];
+    // The curve's counter is a whole number of the limits' 16-bit kind: a logged wind beyond it
+    // is the failure Overflow, not a curve of millions of steps.
+    if (top > kLongestWindCurve) {
+        throw Failure(FailureKind::Overflow);
+    }
     for (int i = 1; i <= top; ++i) {
         const double y = PowerY(p, std::pow(k * i, 3));
         m_plot.Line(i + 1, y, i, y - 1, kGreen);

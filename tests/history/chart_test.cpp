@@ -126,5 +126,30 @@ TEST_F(ChartTest, DerivedSeriesOfQuixbyScaleToTheirOwnValues) {
     EXPECT_EQ(Text(qx, "wH7"), "1 Wh");
 }
 
+// The wind curve runs up to the wind's range top of the last time chart that was drawn: after
+// an unscaled chart of a logged wind of a billion, that is the failure Overflow, said in a
+// message, not a curve of a billion steps.
+TEST_F(ChartTest, AWindCurveBeyondTheLongestCountSaysOverflow) {
+    std::vector<std::string> records;
+    for (int k = 0; k < 8; ++k) {
+        records.push_back("<T>08:0" + std::to_string(k) + "</T><L>30</L><V>13.27</V><I>4.4</I>" +
+                          "<R>312</R><S>" + (k == 3 ? "1e9" : "8") + "</S>  0.000Wh");
+    }
+    WriteLog("WD_2026_03_07.txt", records);
+    GraphWindow& demo = windows.Open("GraphDEMO");
+    demo.SetText("CheckScaling", "0");
+    // A narrower range: too few records for a chart, so the unscaled range stays.
+    demo.SetText("Time1h", "08");
+    demo.SetText("Time2h", "08");
+    demo.SetText("Time2m", "04");
+    demo.Click("DisplayButton");
+    ASSERT_EQ(demo.RecordCount, 3);
+    TakeMessages();
+    demo.Click("XAxisWind");
+    EXPECT_EQ(TakeMessages(), (std::vector<std::string>{"Not enough data to plot", "Overflow"}));
+    EXPECT_LT(windows.PlotOf("GraphDEMO").ops().size(), 1000u);
+    EXPECT_TRUE(demo.loaded);
+}
+
 }  // namespace
 }  // namespace brizalog::testing
