@@ -42,6 +42,8 @@ public:
 private:
     int Exec(class QDialog& dialog);
     void OpenSetupWindow(std::string_view name);
+    // The modal window on top, or the main window when none is up.
+    QWidget* Foremost() const;
 
     PortProbe& m_probe;
     Brizalog* m_form = nullptr;
