@@ -27,8 +27,9 @@ public:
     }
 
     void ShowMessage(const std::string& text) override;
-    // Opens ProgramSetup, FindComms and frmAbout; the windows of the monitors, the graphs, the
-    // channel forms and help are not on the desktop yet, and their names open nothing.
+    // Opens ProgramSetup, FindComms, frmAbout and the six graph windows; the windows of the
+    // monitors, the channel forms and help are not on the desktop yet, and their names open
+    // nothing.
     void OpenWindow(std::string_view name, bool modal) override;
 
     // Called with each window just before it is shown, so a test can act on it while it is up.

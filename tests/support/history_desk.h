@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QListWidget>
+#include <QTemporaryDir>
+#include <memory>
+#include <string>
+
+#include "catalogue/provisioning.h"
+#include "catalogue/virtual_platform.h"
+#include "history/qt/graph_window_view.h"
+#include "support/logged_day.h"
+#include "ui/plot_canvas.h"
+
+namespace brizalog::testing {
+
+// A graph window on a fresh program folder holding one logged day of its member, 21 November
+// 2026, while the clock says 22 November: the window opens on an empty chart and the day waits
+// in the list. Message boxes answer themselves into `dialogs.messages`.
+struct HistoryDesk {
+    explicit HistoryDesk(std::string_view member, int records = 1400, double logDelay = 60) {
+        folder = dir.path().toStdString();
+        ProvisionProgramFolder(folder);
+        SetChannelsFor(member, state.channels);
+        state.settings.SystemType = 1;
+        state.settings.LogDelay = logDelay;
+        state.settings.WSUnits = "m/s";
+        state.settings.PersonalString = "Hilltop cottage";
+        clock.Set({2026, 11, 22, 9, 30, 0, 0});
+        const GraphMember& graph = *FindGraphMember(member);
+        dayFile = WriteLoggedDay(folder, graph.prefix, records, state);
+        view = std::make_unique<GraphWindowView>(graph, state, folder, clock, dialogs);
+    }
+
+    // Loads and shows the window, as its menu entry does, without a modal loop.
+    void Open() {
+        view->Load();
+        view->show();
+        view->Render();
+    }
+
+    // A click on the day in the file list.
+    void ClickDay() {
+        auto* files = view->findChild<QListWidget*>(QStringLiteral("File1"));
+        const QList<QListWidgetItem*> found =
+            files->findItems(QString::fromStdString(dayFile), Qt::MatchExactly);
+        if (!found.isEmpty()) {
+            files->setCurrentItem(found.first());
+        }
+    }
+
+    std::string Text(std::string_view control) const { return view->engine().Find(control)->text; }
+
+    QTemporaryDir dir;
+    std::filesystem::path folder;
+    SharedState state;
+    VirtualClock clock;
+    VirtualDialogs dialogs;
+    std::string dayFile;
+    std::unique_ptr<GraphWindowView> view;
+};
+
+}  // namespace brizalog::testing
