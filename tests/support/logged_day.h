@@ -66,6 +66,9 @@ inline void SetChannelsFor(std::string_view member, ChannelTable& table) {
 // The file of the logging tick whose name begins with `prefix` ("BZ_"), in the first system
 // type that writes one.
 inline LogFile LogFileWithPrefix(std::string_view prefix) {
+    if (prefix.ends_with('_')) {
+        prefix.remove_suffix(1);
+    }
     for (int type = 0; type <= 8; ++type) {
         for (const LogFile& file : LogFilesOf(type)) {
             if (file.prefix == prefix) {
@@ -89,7 +92,7 @@ inline std::string LoggedDayText(const LogFile& file, int records, SharedState& 
         const int minute = 1 + static_cast<int>(static_cast<long long>(r) * 1438 / records);
         const double hour = minute / 60.0;
         gust = 0.97 * gust + 0.35 * noise(random);
-        const double breeze = 3.5 + 3.0 * std::sin((hour - 9) / 24 * 2 * M_PI) + gust;
+        const double breeze = 5.0 + 3.5 * std::sin((hour - 9) / 24 * 2 * M_PI) + gust;
         const double wind = std::max(0.0, breeze + 0.4 * noise(random));
         const double sun = hour > 7 && hour < 17.5
                                ? std::pow(std::sin((hour - 7) / 10.5 * M_PI), 1.5) *

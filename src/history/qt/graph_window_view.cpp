@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QEvent>
 #include <QFileSystemWatcher>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -36,7 +37,7 @@ namespace {
 constexpr const char* kSeriesPanelStyle =
     "#seriesPanel { background-color: #404040; border-radius: 4px; }"
     "#seriesPanel QLabel { color: #f0f0f0; }"
-    "#seriesPanel QCheckBox { font-weight: bold; }";
+    "#seriesPanel QCheckBox { color: #f0f0f0; font-weight: bold; }";
 
 QString Name(std::string_view name) {
     return ToQt(name);
@@ -257,19 +258,18 @@ QWidget* GraphWindowView::BuildSelection() {
     m_files = b.Keep("File1", new QListWidget(column));
     m_files->setMinimumWidth(
         m_files->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22_00.txt")) + 40);
-    // A click on a day, or the arrow keys walking the list, display that day.
+    // A click on a day, or the arrow keys walking the list, display that day. A click on the
+    // day already marked displays it again, as a click on the list always does.
     connect(m_files, &QListWidget::currentRowChanged, this, [this](int row) {
         if (row >= 0) {
-            m_rowJustChanged = true;
             Forward("File1", FromQt(m_files->item(row)->text()));
         }
     });
+    m_files->viewport()->installEventFilter(this);
     connect(m_files, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
-        if (m_rowJustChanged) {
-            m_rowJustChanged = false;
-            return;
+        if (m_files->row(item) == m_rowBeforePress) {
+            Forward("File1", FromQt(item->text()));
         }
-        Forward("File1", FromQt(item->text()));
     });
     layout->addWidget(m_files, 1);
 
@@ -370,6 +370,13 @@ void GraphWindowView::Load() {
     RunHandler([this] { m_engine.Form_Load(); });
     m_engine.visible = true;
     m_files->setFocus();
+}
+
+bool GraphWindowView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_files->viewport() && event->type() == QEvent::MouseButtonPress) {
+        m_rowBeforePress = m_files->currentRow();
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void GraphWindowView::reject() {

@@ -46,6 +46,9 @@ public:
 public slots:
     void reject() override;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void PrintForm(std::string_view window) override;
     void Forward(const std::string& control, const std::string& item = {});
@@ -70,7 +73,7 @@ private:
     QListWidget* m_files = nullptr;
     QFileSystemWatcher* m_watcher = nullptr;
     bool m_filesStale = true;
-    bool m_rowJustChanged = false;
+    int m_rowBeforePress = -1;  // the day marked when the mouse went down on the list
     QString m_listedFolder;
 };
 
