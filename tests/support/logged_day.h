@@ -38,12 +38,12 @@ inline void SetChannelsFor(std::string_view member, ChannelTable& table) {
         {19, "Solar W", 65280, 1000},     {20, "Load W", 8421631, 1000},
     };
     static constexpr ChannelLook kHouse[] = {
-        {9, "Battery V", 16777215, 32},      {10, "Bank 2 V", 8454143, 32},
+        {9, "Battery V", 16777215, 32},      {10, "Bank 2 V", 4235519, 32},
         {11, "Bank 3 V", 16744576, 32},      {15, "Gas pulses", 65535, 100},
         {16, "Water pulses", 16776960, 100}, {17, "Solar W", 65535, 3000},
         {18, "Wind W", 16776960, 3000},      {19, "House total", 255, 4000},
-        {20, "Heat pump", 33023, 4000},      {21, "Kitchen", 65535, 4000},
-        {22, "Workshop", 65280, 4000},       {23, "Office", 16776960, 4000},
+        {20, "Heat pump", 33023, 4000},      {21, "Kitchen", 16744703, 4000},
+        {22, "Workshop", 65280, 4000},       {23, "Office", 16744576, 4000},
         {24, "Garage", 16711935, 4000},
     };
     const bool windAndSun = member == "GraphBZ" || member == "GraphDEMO";
