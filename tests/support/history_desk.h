@@ -1,10 +1,14 @@
 #pragma once
 
 #include <QListWidget>
+#include <QMessageBox>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <functional>
 #include <memory>
 #include <string>
 
+#include "app/desktop_dialogs.h"
 #include "catalogue/provisioning.h"
 #include "catalogue/virtual_platform.h"
 #include "history/qt/graph_window_view.h"
@@ -58,5 +62,19 @@ struct HistoryDesk {
     std::string dayFile;
     std::unique_ptr<GraphWindowView> view;
 };
+
+// From now on each message box of `dialogs` is answered, its text kept in `messages`, and
+// `act` runs on each graph window once its modal loop runs; `act` ends by closing the window.
+inline void OnGraphWindow(DesktopDialogs& dialogs, QStringList& messages,
+                          std::function<void(GraphWindowView&)> act) {
+    dialogs.onWindowShown = [&messages, act = std::move(act)](QWidget* shown) {
+        if (auto* box = qobject_cast<QMessageBox*>(shown)) {
+            messages << box->text();
+            QTimer::singleShot(0, box, &QMessageBox::accept);
+        } else if (auto* view = qobject_cast<GraphWindowView*>(shown)) {
+            QTimer::singleShot(0, view, [view, act] { act(*view); });
+        }
+    };
+}
 
 }  // namespace brizalog::testing

@@ -2,13 +2,10 @@
 // it, read values under the mouse, zoom by a drag, export, save a picture and print.
 
 #include <QCheckBox>
-#include <QDialog>
 #include <QLabel>
 #include <QListWidget>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <set>
 
 #include "acquisition/brizalog.h"
@@ -122,19 +119,10 @@ private slots:
             dialogs.Attach(&form, &main);
             QStringList messages;
             bool drawn = false;
-            dialogs.onWindowShown = [&](QWidget* shown) {
-                if (auto* box = qobject_cast<QMessageBox*>(shown)) {
-                    messages << box->text();
-                    QTimer::singleShot(0, box, &QMessageBox::accept);
-                    return;
-                }
-                auto* view = qobject_cast<GraphWindowView*>(shown);
-                QVERIFY(view != nullptr);
-                QTimer::singleShot(0, view, [&, view] {
-                    drawn = DrawsTheDay(*view, desk);
-                    view->reject();
-                });
-            };
+            testing::OnGraphWindow(dialogs, messages, [&](GraphWindowView& view) {
+                drawn = DrawsTheDay(view, desk);
+                view.reject();
+            });
             RunHandler([&] { form.Form_Load(); });
             messages.clear();  // the start's own word about the port of the virtual board
             RunHandler([&] { form.Click(entry); });
@@ -233,22 +221,6 @@ private slots:
         QVERIFY(windmills.dialogs.messages.empty());
         QCOMPARE(windmills.view->canvas().image().pixel(1, 1), qRgb(64, 64, 64));
         QCOMPARE(windmills.Text("Label7"), std::string("Power vs RPM"));
-        // GraphML has no button to print with.
-        testing::HistoryDesk misc("GraphML");
-        QVERIFY(misc.view->findChild<QPushButton*>(QStringLiteral("PrintButton")) == nullptr);
-    }
-
-    void theCurvesHideTheTimeControlsAndTheTimeAxisBringsThemBack() {
-        testing::HistoryDesk desk("GraphBZ");
-        desk.Open();
-        desk.ClickDay();
-        auto* display = desk.view->findChild<QPushButton*>(QStringLiteral("DisplayButton"));
-        Click(desk.view.get(), "Distribution");
-        QCOMPARE(desk.Text("Label7"), std::string("Frequency vs Power"));
-        QVERIFY(!display->isVisible());
-        Click(desk.view.get(), "XAxisTime");
-        QVERIFY(display->isVisible());
-        QCOMPARE(desk.Text("Label7"), std::string("Time"));
     }
 };
 

@@ -16,6 +16,7 @@
 #include "catalogue/provisioning.h"
 #include "history/qt/graph_window_view.h"
 #include "support/board_simulator.h"
+#include "support/history_desk.h"
 #include "ui/event_gate.h"
 #include "ui/plot_canvas.h"
 
@@ -59,36 +60,25 @@ private slots:
                        ? qsizetype{0}
                        : qsizetype(ReadWholeFile(InFolder(folder, "/logs/" + logs[0])).size());
         };
-        dialogs.onWindowShown = [&](QWidget* shown) {
-            if (auto* box = qobject_cast<QMessageBox*>(shown)) {
-                messages << box->text();
-                QTimer::singleShot(0, box, &QMessageBox::accept);
-                return;
-            }
-            auto* view = qobject_cast<GraphWindowView*>(shown);
-            QVERIFY(view != nullptr);
-            QTimer::singleShot(0, view, [&, view] {
-                // Short intervals log by the hour: the list leads to the file.
-                auto* files = view->findChild<QListWidget*>(QStringLiteral("File1"));
-                QVERIFY(files->count() >= 1);
-                files->setCurrentRow(files->count() - 1);
-                recordsShown = view->engine().RecordCount;
-                const QImage chart = view->canvas().image();
-                const QRgb volts = qRgb(255, 0, 255);  // SYSTEM VOLTS, magenta by default
-                bool seen = false;
-                for (int y = 0; y < chart.height() && !seen; ++y) {
-                    for (int x = 0; x < chart.width() && !seen; ++x) {
-                        seen = chart.pixel(x, y) == volts;
-                    }
+        bool voltsDrawn = false;
+        testing::OnGraphWindow(dialogs, messages, [&](GraphWindowView& view) {
+            // Short intervals log by the hour: the list leads to the file.
+            auto* files = view.findChild<QListWidget*>(QStringLiteral("File1"));
+            files->setCurrentRow(files->count() - 1);
+            recordsShown = view.engine().RecordCount;
+            const QImage chart = view.canvas().image();
+            const QRgb volts = qRgb(255, 0, 255);  // SYSTEM VOLTS, magenta by default
+            for (int y = 0; y < chart.height() && !voltsDrawn; ++y) {
+                for (int x = 0; x < chart.width() && !voltsDrawn; ++x) {
+                    voltsDrawn = chart.pixel(x, y) == volts;
                 }
-                QVERIFY(seen);
-                const qsizetype before = logLength();
-                QTimer::singleShot(2500, view, [&, view, before] {
-                    logLinesWhileOpen = logLength() - before;
-                    view->reject();
-                });
+            }
+            const qsizetype before = logLength();
+            QTimer::singleShot(2500, &view, [&, before, shown = &view] {
+                logLinesWhileOpen = logLength() - before;
+                shown->reject();
             });
-        };
+        });
 
         RunHandler([&] { form.Form_Load(); });
         window.show();
@@ -96,6 +86,7 @@ private slots:
         QTest::qWait(5000);
         RunHandler([&] { form.Click("PlotGraphBZ"); });
         QVERIFY2(recordsShown >= 3, qPrintable(QString::number(recordsShown)));
+        QVERIFY(voltsDrawn);
         QVERIFY2(logLinesWhileOpen > 0, "logging stopped behind GraphBZ");
         QVERIFY2(messages.isEmpty(), qPrintable(messages.join(QStringLiteral(" | "))));
     }
