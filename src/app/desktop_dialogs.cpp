@@ -11,6 +11,7 @@
 #include "displays/qt/monitor_view.h"
 #include "help/qt/about_window.h"
 #include "help/qt/help_window.h"
+#include "history/qt/graph_window_view.h"
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
 #include "setup/qt/program_setup_window.h"
@@ -76,6 +77,13 @@ void DesktopDialogs::OpenWindow(std::string_view name, bool /*modal*/) {
         Exec(window);
     } else if (name == "frmAbout") {
         AboutWindow window(m_parent);
+        Exec(window);
+    } else if (const GraphMember* member = FindGraphMember(name)) {
+        // GraphBZ, GraphDEMO, GraphRE, GraphML, GraphCC and GraphCC_QX: each opening is a fresh
+        // window, which loads and shows today's log when there is one.
+        GraphWindowView window(*member, m_form->state(), m_form->programFolder(), m_form->clock(),
+                               *this, m_parent);
+        window.Load();
         Exec(window);
     } else if (IsMonitorWindow(name)) {
         OpenMonitorWindow(name);

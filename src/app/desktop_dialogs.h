@@ -34,8 +34,8 @@ public:
     void SetTimers(TimerBackend* timers) { m_timers = timers; }
 
     void ShowMessage(const std::string& text) override;
-    // Opens ProgramSetup, FindComms, frmAbout, the monitors, the channel forms, their small
-    // input windows, CALIBRATION and the help viewer info.
+    // Opens ProgramSetup, FindComms, frmAbout, the monitors, the six graph windows, the channel
+    // forms, their small input windows, CALIBRATION and the help viewer info.
     void OpenWindow(std::string_view name, bool modal) override;
 
     // The monitor window `name` while it is open, else null.
