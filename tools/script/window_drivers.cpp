@@ -1,4 +1,5 @@
 #include "history_driver.h"
+#include "monitor_driver.h"
 #include "setup_driver.h"
 #include "window_driver.h"
 
@@ -7,6 +8,7 @@ namespace brizalog::script {
 std::vector<std::unique_ptr<WindowDriver>> MakeWindowDrivers() {
     std::vector<std::unique_ptr<WindowDriver>> drivers;
     drivers.push_back(MakeHistoryDriver());
+    drivers.push_back(MakeMonitorDriver());
     drivers.push_back(MakeSetupDriver());
     return drivers;
 }
