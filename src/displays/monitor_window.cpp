@@ -17,6 +17,7 @@ MonitorWindow::MonitorWindow(std::string name, std::string caption, int timerInt
     // A display never ends the program: a tick that fails (a number no pattern can show) ends
     // that tick only, and the next one tries again.
     Timer1.SetHandler([this] {
+        ++m_changes;
         try {
             Timer1_Timer();
         } catch (const Failure&) {
@@ -34,12 +35,14 @@ bool MonitorWindow::Click(std::string_view control) {
         return false;
     }
     if (item->visible && !m_closeRequested) {
+        ++m_changes;
         ClickControl(control);
     }
     return true;
 }
 
 void MonitorWindow::Close() {
+    ++m_changes;
     Timer1.Disable();
     m_closeRequested = true;
 }

@@ -28,6 +28,7 @@ public:
     MonitorWindow& monitor() { return *m_monitor; }
     // Runs the monitor's opening and shows the model.
     void Load();
+    // Shows the model when it has changed since it was last shown.
     void Render();
 
 protected:
@@ -51,6 +52,8 @@ private:
     TimerBackend& m_timers;
     std::unique_ptr<MonitorWindow> m_monitor;
     std::vector<std::pair<const Control*, QAction*>> m_entries;
+    unsigned long m_shownChanges = 0;
+    bool m_shown = false;
 };
 
 // A new monitor view for the window `name` (one of MonitorWindowNames), unopened; Load() opens
