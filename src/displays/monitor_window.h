@@ -83,8 +83,7 @@ struct MonitorContext {
     Plot* surface = nullptr;
 };
 
-// The names of the eight monitor windows, in the order of the menus.
-const std::vector<std::string_view>& MonitorWindowNames();
+// True for the names of the eight monitor windows.
 bool IsMonitorWindow(std::string_view name);
 // A new, unopened monitor window `name`; null for a name that is no monitor. BarGraphs and
 // plotDiagnostics draw on `context.surface`, which must then be given.

@@ -56,7 +56,7 @@ private:
     bool m_shown = false;
 };
 
-// A new monitor view for the window `name` (one of MonitorWindowNames), unopened; Load() opens
+// A new monitor view for the window `name` (a monitor window), unopened; Load() opens
 // it. Its monitor reads the shared state and reports through `dialogs`; plotDiagnostics takes
 // the mode handed over by the plot entries.
 MonitorView* MakeMonitorView(std::string_view name, SharedState& state, Dialogs& dialogs,
