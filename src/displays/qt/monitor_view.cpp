@@ -29,6 +29,11 @@ void MonitorView::Load() {
 }
 
 void MonitorView::Render() {
+    if (m_shown && m_monitor->Changes() == m_shownChanges) {
+        return;
+    }
+    m_shown = true;
+    m_shownChanges = m_monitor->Changes();
     const QString title = ToQt(m_monitor->caption);
     if (windowTitle() != title) {
         setWindowTitle(title);
