@@ -224,39 +224,33 @@ void CalibrationForm::Close() {
 }
 
 bool CalibrationForm::Click(std::string_view name) {
-    const ClickTarget target = FindClickTarget(m_model.controls, name, [this](int i) {
-        return IsMeasuredChannel(i) && m_model.rows[i].Channel.visible;
-    });
-    if (target.control == nullptr) {
-        return false;
-    }
-    if (!target.reachable) {
-        return true;
-    }
-    const std::string_view base = target.base;
-    const int i = target.row;
-    struct RowAction {
+    struct Action {
         std::string_view name;
         void (CalibrationForm::*click)(int);
     };
-    static constexpr RowAction kRowActions[] = {
+    static constexpr Action kRowActions[] = {
         {"AUTOZEROBUTTON", &CalibrationForm::AUTOZEROBUTTON_Click},
         {"ZeroReset", &CalibrationForm::ZeroReset_Click},
         {"Amps", &CalibrationForm::Amps_Click},
         {"Volts", &CalibrationForm::Volts_Click},
         {"Pulse", &CalibrationForm::Pulse_Click},
     };
-    if (base == "SAVEcalibration") {
-        SAVEcalibration_Click();
-    } else if (base == "CalibrationExit") {
-        CalibrationExit_Click();
-    }
-    for (const RowAction& action : kRowActions) {
-        if (base == action.name) {
-            (this->*action.click)(i);
-        }
-    }
-    return true;
+    const auto offered = [this](int i) {
+        return IsMeasuredChannel(i) && m_model.rows[i].Channel.visible;
+    };
+    return ClickByName(m_model.controls, name, offered,
+                       [this](Control&, std::string_view base, int i) {
+                           if (base == "SAVEcalibration") {
+                               SAVEcalibration_Click();
+                           } else if (base == "CalibrationExit") {
+                               CalibrationExit_Click();
+                           }
+                           for (const Action& action : kRowActions) {
+                               if (base == action.name) {
+                                   (this->*action.click)(i);
+                               }
+                           }
+                       });
 }
 
 bool CalibrationForm::SetText(std::string_view name, std::string_view text) {

@@ -394,32 +394,24 @@ void ChannelSetup::SaveSettings_Click() {
 }
 
 bool ChannelSetup::Click(std::string_view name) {
-    const ClickTarget target = FindClickTarget(m_model.controls, name, [this](int i) {
-        return IsChannel(i) && m_model.rows[i].Frame.visible;
-    });
-    if (target.control == nullptr) {
-        return false;
-    }
-    if (!target.reachable) {
-        return true;
-    }
-    const std::string_view base = target.base;
-    const int i = target.row;
-    if (base == "SaveSettings") {
-        SaveSettings_Click();
-    } else if (base == "Label1") {
-        Label1_Click();
-    } else if (base == "CheckEnable") {
-        target.control->checked = !target.control->checked;
-        CheckEnable_Click(i);
-    } else if (base == "dataCHANNEL") {
-        dataCHANNEL_Click(i);
-    } else if (base == "ChannelColour") {
-        ChannelColour_Click(i);
-    } else if (base == "XMLcode") {
-        XMLcode_Click(i);
-    }
-    return true;
+    const auto offered = [this](int i) { return IsChannel(i) && m_model.rows[i].Frame.visible; };
+    return ClickByName(m_model.controls, name, offered,
+                       [this](Control& control, std::string_view base, int i) {
+                           if (base == "SaveSettings") {
+                               SaveSettings_Click();
+                           } else if (base == "Label1") {
+                               Label1_Click();
+                           } else if (base == "CheckEnable") {
+                               control.checked = !control.checked;
+                               CheckEnable_Click(i);
+                           } else if (base == "dataCHANNEL") {
+                               dataCHANNEL_Click(i);
+                           } else if (base == "ChannelColour") {
+                               ChannelColour_Click(i);
+                           } else if (base == "XMLcode") {
+                               XMLcode_Click(i);
+                           }
+                       });
 }
 
 bool ChannelSetup::SetText(std::string_view name, std::string_view text) {

@@ -17,29 +17,23 @@ void PassingOver(Statement&& statement) {
     }
 }
 
-// What a click by a control's own name ("CheckEnable(9)", "SaveSettings") reaches in a form of
-// rows. `control` is null when the form has no such control; `reachable` is false when the user
-// cannot act on it: hidden, inactive, or in a row the form does not offer.
-struct ClickTarget {
-    Control* control = nullptr;
+// A click by a control's own name ("CheckEnable(9)", "SaveSettings") in a form of rows: runs
+// `act(control, base, row)` when the user can reach the control. A hidden or inactive control, or
+// one in a row that `rowOffered(row)` says is not shown, takes no click. False when the form has
+// no such control.
+template <typename RowOffered, typename Act>
+bool ClickByName(const ControlRegistry& controls, std::string_view name, RowOffered&& rowOffered,
+                 Act&& act) {
+    Control* control = controls.Find(name);
     std::string_view base;
     int row = -1;
-    bool reachable = false;
-};
-
-// `rowOffered(i)` tells whether row i is shown; it is asked only for indexed names.
-template <typename RowOffered>
-ClickTarget FindClickTarget(const ControlRegistry& controls, std::string_view name,
-                            RowOffered&& rowOffered) {
-    ClickTarget target;
-    target.control = controls.Find(name);
-    if (target.control == nullptr || !SplitIndexedName(name, target.base, target.row)) {
-        target.control = nullptr;
-        return target;
+    if (control == nullptr || !SplitIndexedName(name, base, row)) {
+        return false;
     }
-    target.reachable = target.control->enabled && target.control->visible &&
-                       (target.row < 0 || rowOffered(target.row));
-    return target;
+    if (control->enabled && control->visible && (row < 0 || rowOffered(row))) {
+        act(*control, base, row);
+    }
+    return true;
 }
 
 }  // namespace brizalog
