@@ -1,5 +1,6 @@
 #include "app/desktop_dialogs.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QMessageBox>
 
@@ -9,7 +10,12 @@
 #include "displays/monitor_window.h"
 #include "displays/qt/monitor_view.h"
 #include "help/qt/about_window.h"
+#include "help/qt/help_window.h"
+#include "history/qt/graph_window_view.h"
+#include "setup/qt/calibration_window.h"
+#include "setup/qt/channel_setup_window.h"
 #include "setup/qt/program_setup_window.h"
+#include "setup/qt/small_input_window.h"
 #include "ui/qt_text.h"
 
 namespace brizalog {
@@ -72,9 +78,26 @@ void DesktopDialogs::OpenWindow(std::string_view name, bool /*modal*/) {
     } else if (name == "frmAbout") {
         AboutWindow window(m_parent);
         Exec(window);
+    } else if (const GraphMember* member = FindGraphMember(name)) {
+        // GraphBZ, GraphDEMO, GraphRE, GraphML, GraphCC and GraphCC_QX: each opening is a fresh
+        // window, which loads and shows today's log when there is one.
+        GraphWindowView window(*member, m_form->state(), m_form->programFolder(), m_form->clock(),
+                               *this, m_parent);
+        window.Load();
+        Exec(window);
     } else if (IsMonitorWindow(name)) {
         OpenMonitorWindow(name);
+    } else {
+        OpenSetupWindow(name);
     }
+}
+
+TimerBackend& DesktopDialogs::WindowTimers() {
+    if (m_timers == nullptr) {
+        m_ownTimers = std::make_unique<DesktopTimers>();
+        m_timers = m_ownTimers.get();
+    }
+    return *m_timers;
 }
 
 // ---- Monitors ----------------------------------------------------------------------------
@@ -87,16 +110,12 @@ void DesktopDialogs::OpenMonitorWindow(std::string_view name) {
         open->activateWindow();
         return;
     }
-    if (m_monitorTimers == nullptr) {
-        m_ownTimers = std::make_unique<DesktopTimers>();
-        m_monitorTimers = m_ownTimers.get();
-    }
     if (!m_closeWatch && m_parent) {
         m_closeWatch = std::make_unique<CloseWatch>([this] { CloseMonitors(); });
         m_parent->installEventFilter(m_closeWatch.get());
     }
     MonitorView* view =
-        MakeMonitorView(name, m_form->state(), *this, m_form->PlotMode, *m_monitorTimers);
+        MakeMonitorView(name, m_form->state(), *this, m_form->PlotMode, WindowTimers());
     if (view == nullptr) {
         return;
     }
@@ -121,6 +140,31 @@ void DesktopDialogs::CloseMonitors() {
         if (!window.isNull()) {
             window->close();
         }
+    }
+}
+
+// The channel forms, the small input windows they open over themselves, CALIBRATION and help.
+// A small input window stands over the window that is active when it opens: its channel form.
+void DesktopDialogs::OpenSetupWindow(std::string_view name) {
+    SharedState& state = m_form->state();
+    QWidget* over = QApplication::activeModalWidget() != nullptr ? QApplication::activeModalWidget()
+                                                                 : m_parent.data();
+    if (ChannelSetup::IsChannelSetup(name)) {
+        ChannelSetupWindow window(name, state, m_form->programFolder(), *this, over);
+        window.Load();
+        Exec(window);
+    } else if (SmallInput::IsSmallInput(name)) {
+        SmallInputWindow window(name, state, over);
+        window.Load();
+        Exec(window);
+    } else if (name == CalibrationForm::kWindow) {
+        CalibrationWindow window(state, m_form->programFolder(), *this, WindowTimers(), over);
+        window.Load();
+        Exec(window);
+    } else if (name == HelpViewer::kWindow) {
+        HelpWindow window(m_form->programFolder(), *this, over);
+        window.Load();
+        Exec(window);
     }
 }
 

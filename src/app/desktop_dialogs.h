@@ -29,14 +29,15 @@ public:
         m_parent = parent;
     }
 
+    // The countdowns of the own timers of the windows opened here (the monitors', CALIBRATION's);
+    // by default QTimers of the dialogs' own. Tests give a virtual schedule.
+    void SetTimers(TimerBackend* timers) { m_timers = timers; }
+
     void ShowMessage(const std::string& text) override;
-    // Opens ProgramSetup, FindComms, frmAbout and the monitors; the windows of the graphs, the
-    // channel forms and help are not on the desktop yet, and their names open nothing.
+    // Opens ProgramSetup, FindComms, frmAbout, the monitors, the six graph windows, the channel
+    // forms, their small input windows, CALIBRATION and the help viewer info.
     void OpenWindow(std::string_view name, bool modal) override;
 
-    // The timers that the monitors' own timers run on; by default QTimers of their own. Tests
-    // give a virtual schedule.
-    void SetMonitorTimers(TimerBackend* timers) { m_monitorTimers = timers; }
     // The monitor window `name` while it is open, else null.
     QWidget* OpenMonitor(std::string_view name) const;
 
@@ -49,13 +50,16 @@ private:
     // or until the main window closes, which closes them all.
     void OpenMonitorWindow(std::string_view name);
     void CloseMonitors();
+    void OpenSetupWindow(std::string_view name);
+    // The timers given by SetTimers, or QTimers of the dialogs' own.
+    TimerBackend& WindowTimers();
 
     PortProbe& m_probe;
     Brizalog* m_form = nullptr;
     QPointer<QWidget> m_parent;
 
     std::unique_ptr<TimerBackend> m_ownTimers;
-    TimerBackend* m_monitorTimers = nullptr;
+    TimerBackend* m_timers = nullptr;
     std::map<std::string, QPointer<QWidget>, std::less<>> m_monitors;
     std::unique_ptr<QObject> m_closeWatch;  // closes the monitors with the main window
 };

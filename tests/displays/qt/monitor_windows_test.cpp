@@ -43,7 +43,7 @@ struct MonitorDesk {
             desk.folder, Services{desk.clock, desk.timers, desk.serial, dialogs});
         desk.window = std::make_unique<MainWindow>(*desk.form);
         dialogs.Attach(desk.form.get(), desk.window.get());
-        dialogs.SetMonitorTimers(&desk.timers);
+        dialogs.SetTimers(&desk.timers);
         RunHandler([this] { desk.form->Form_Load(); });
         desk.window->show();
     }
