@@ -50,6 +50,11 @@ DesktopDialogs::~DesktopDialogs() {
     }
 }
 
+QWidget* DesktopDialogs::Foremost() const {
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : m_parent.data();
+}
+
 int DesktopDialogs::Exec(QDialog& dialog) {
     if (onWindowShown) {
         onWindowShown(&dialog);
@@ -58,8 +63,9 @@ int DesktopDialogs::Exec(QDialog& dialog) {
 }
 
 void DesktopDialogs::ShowMessage(const std::string& text) {
+    // Over the window that asked: a channel form's message stands over the form, not behind it.
     QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Brizalog"), MessageText(text),
-                    QMessageBox::Ok, m_parent);
+                    QMessageBox::Ok, Foremost());
     Exec(box);
 }
 
@@ -147,8 +153,7 @@ void DesktopDialogs::CloseMonitors() {
 // A small input window stands over the window that is active when it opens: its channel form.
 void DesktopDialogs::OpenSetupWindow(std::string_view name) {
     SharedState& state = m_form->state();
-    QWidget* over = QApplication::activeModalWidget() != nullptr ? QApplication::activeModalWidget()
-                                                                 : m_parent.data();
+    QWidget* over = Foremost();
     if (ChannelSetup::IsChannelSetup(name)) {
         ChannelSetupWindow window(name, state, m_form->programFolder(), *this, over);
         window.Load();

@@ -51,6 +51,8 @@ private:
     void OpenMonitorWindow(std::string_view name);
     void CloseMonitors();
     void OpenSetupWindow(std::string_view name);
+    // The modal window on top, or the main window when none is up.
+    QWidget* Foremost() const;
     // The timers given by SetTimers, or QTimers of the dialogs' own.
     TimerBackend& WindowTimers();
 

@@ -9,7 +9,7 @@
 #include "catalogue/files.h"
 #include "catalogue/patterns.h"
 #include "catalogue/text_rules.h"
-#include "setup/row_names.h"
+#include "setup/form_rows.h"
 
 namespace brizalog {
 
@@ -224,17 +224,17 @@ void CalibrationForm::Close() {
 }
 
 bool CalibrationForm::Click(std::string_view name) {
-    Control* control = m_model.controls.Find(name);
-    if (control == nullptr) {
+    const ClickTarget target = FindClickTarget(m_model.controls, name, [this](int i) {
+        return IsMeasuredChannel(i) && m_model.rows[i].Channel.visible;
+    });
+    if (target.control == nullptr) {
         return false;
     }
-    std::string_view base;
-    int i = -1;
-    SplitRowName(name, base, i);
-    const bool inRow = IsMeasuredChannel(i);
-    if (!control->enabled || !control->visible || (inRow && !m_model.rows[i].Channel.visible)) {
+    if (!target.reachable) {
         return true;
     }
+    const std::string_view base = target.base;
+    const int i = target.row;
     struct RowAction {
         std::string_view name;
         void (CalibrationForm::*click)(int);
@@ -262,7 +262,7 @@ bool CalibrationForm::Click(std::string_view name) {
 bool CalibrationForm::SetText(std::string_view name, std::string_view text) {
     std::string_view base;
     int i = -1;
-    if (!SplitRowName(name, base, i) || base != "Text1" || !IsMeasuredChannel(i)) {
+    if (!SplitIndexedName(name, base, i) || base != "Text1" || !IsMeasuredChannel(i)) {
         return false;
     }
     if (m_model.rows[i].Channel.visible) {

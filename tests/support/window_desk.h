@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMessageBox>
 #include <QWidget>
 
 #include "app/desktop_dialogs.h"
@@ -40,6 +41,17 @@ T* Child(QWidget* window, const QString& name) {
         qFatal("no control %s", qPrintable(name));
     }
     return child;
+}
+
+// When `window` is a message box: keeps its text in `told`, answers OK and gives true.
+inline bool AnswerMessage(QWidget* window, QString& told) {
+    auto* box = qobject_cast<QMessageBox*>(window);
+    if (box == nullptr) {
+        return false;
+    }
+    told = box->text();
+    box->accept();
+    return true;
 }
 
 // With BRIZALOG_SHOTS set to a folder, the window's picture is kept there under `name`: the

@@ -173,7 +173,6 @@ void ChannelSetupWindow::AddRow(QGridLayout* grid, int i) {
         w.tag->setCursor(Qt::PointingHandCursor);
         w.tag->setToolTip(QStringLiteral("Click to change the tag"));
         w.tag->setMinimumWidth(w.tag->fontMetrics().horizontalAdvance(QStringLiteral("M")) * 6);
-        w.tag->setStyleSheet(QStringLiteral("color: #1f5fa8; text-decoration: underline;"));
         connect(w.tag, &ClickableLabel::clicked, this,
                 [this, i] { RunHandler([this, i] { m_form.XMLcode_Click(i); }); });
         grid->addWidget(w.tag, i, column++);
@@ -230,6 +229,13 @@ void ChannelSetupWindow::Render() {
         if (w.tag != nullptr) {
             Show(w.tag, shown, row.XMLcode.enabled);
             SetText(w.tag, row.XMLcode.text);
+            // A tag that can be clicked looks like a link; an inert one is plain grey.
+            const QString tagStyle =
+                row.XMLcode.enabled ? QStringLiteral("color: #1f5fa8; text-decoration: underline;")
+                                    : QStringLiteral("color: #9a9a9a;");
+            if (w.tag->styleSheet() != tagStyle) {
+                w.tag->setStyleSheet(tagStyle);
+            }
         }
     }
     ShowButton(m_save, m.SaveSettings);

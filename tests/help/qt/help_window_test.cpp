@@ -33,9 +33,7 @@ private slots:
         QString told;
         desk.desktop.onWindowShown = [&](QWidget* window) {
             QTimer::singleShot(0, window, [&, window] {
-                if (auto* box = qobject_cast<QMessageBox*>(window)) {
-                    told = box->text();
-                    box->accept();
+                if (testing::AnswerMessage(window, told)) {
                     return;
                 }
                 auto* list = Child<QTreeWidget>(window, QStringLiteral("ListView1"));

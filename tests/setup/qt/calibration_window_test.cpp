@@ -68,9 +68,7 @@ private slots:
         bool saveOffered = true;
         desk.desktop.onWindowShown = [&](QWidget* window) {
             QTimer::singleShot(0, window, [&, window] {
-                if (auto* box = qobject_cast<QMessageBox*>(window)) {
-                    told = box->text();
-                    box->accept();
+                if (testing::AnswerMessage(window, told)) {
                     return;
                 }
                 for (QAction* action : window->findChildren<QAction*>()) {

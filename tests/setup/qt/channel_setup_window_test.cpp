@@ -83,6 +83,37 @@ private slots:
                 std::string::npos);
     }
 
+    void eachMenuGroupOpensItsFormWithItsRows() {
+        testing::WindowDesk desk;
+        desk.StartOnDesktop();
+        desk.Click("setsystem(3)");
+        QStringList titles;
+        bool meterRowsOnly = true;
+        desk.desktop.onWindowShown = [&](QWidget* window) {
+            QTimer::singleShot(0, window, [&, window] {
+                titles << window->windowTitle();
+                for (int i = 1; i <= 24; ++i) {
+                    const bool shown =
+                        window->findChild<QCheckBox*>(QStringLiteral("CheckEnable(%1)").arg(i))
+                            ->isVisibleTo(window);
+                    meterRowsOnly = meterRowsOnly && shown == (i >= 19 && i <= 21);
+                }
+                QTest::keyClick(window, Qt::Key_Escape);
+            });
+        };
+        for (const char* entry : {"logging(3)", "logTOfile(3)", "graphing(3)", "display(3)"}) {
+            desk.Click(entry);
+        }
+        QCOMPARE(titles,
+                 (QStringList{
+                     QStringLiteral("Setup Channels [Channel Name,  Maximum Reading,  "
+                                    "Graphing line colour]  & if ENABLED"),
+                     QStringLiteral("Setup the logging channels associated XML data identifiers"),
+                     QStringLiteral("Setup Channels for GRAPHING"),
+                     QStringLiteral("Setup DATA Channels to display")}));
+        QVERIFY(meterRowsOnly);
+    }
+
     void escapeAbortsAndTheDisplayFlagsComeBackFromTheFile() {
         testing::WindowDesk desk;
         desk.StartOnDesktop();
