@@ -8,6 +8,8 @@ packages=(
     qt6-base-dev qt6-serialport-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xauth clang-format ccache
+    dpkg-dev file desktop-file-utils appstream lintian
+    clang libclang-rt-14-dev xdotool
 )
 
 missing=()

@@ -303,6 +303,8 @@ bool Brizalog::ClickMenu(std::string_view name, int index) {
         {"batteryMonitor2", "BATTMonitor2", false},
         {"maxMINS", "dailyMaximums", false},
         {"rawCOMMdatamenu", "rawCOMMS", false},
+        {"previewLOGdata", "dataTOlog", false},
+        {"rawFRAMEtext", "displayRAWdata", false},
         {"graphingDEMO", "GraphDEMO", true},
         {"Helpmenu", "info", true},
         {"about", "frmAbout", true},

@@ -7,19 +7,6 @@
 
 namespace brizalog {
 
-namespace {
-
-// Double arithmetic that leaves the range of a double is the run-time failure Overflow, as on
-// the system's own platform, never a silent infinity in the arrays.
-double Finite(double value) {
-    if (!std::isfinite(value)) {
-        throw Failure(FailureKind::Overflow);
-    }
-    return value;
-}
-
-}  // namespace
-
 // One pass per cut frame: scale, extremes, sums, power, status text, panel. It has no trap of
 // its own; a failure passes to the intake, which leaves the arrays partly updated until the
 // next frame.

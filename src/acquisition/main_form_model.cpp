@@ -54,6 +54,8 @@ MainFormModel::MainFormModel() {
     Caption(batteryMonitor2, "Battery Monitor 2");
     Caption(maxMINS, "Daily Max-Mins");
     Caption(rawCOMMdatamenu, "view Raw data");
+    Caption(previewLOGdata, "preview Log data");
+    Caption(rawFRAMEtext, "raw Frame text");
     Caption(history, "history");
     Caption(graphingDEMO, "graph DEMO");
     Caption(PlotGraphBZ, "Windmills + DC");
@@ -144,6 +146,8 @@ MainFormModel::MainFormModel() {
     menu("batteryMonitor2", batteryMonitor2, "NOW");
     menu("maxMINS", maxMINS, "NOW");
     menu("rawCOMMdatamenu", rawCOMMdatamenu, "NOW");
+    menu("previewLOGdata", previewLOGdata, "NOW");
+    menu("rawFRAMEtext", rawFRAMEtext, "NOW");
     menu("history", history, "");
     menu("graphingDEMO", graphingDEMO, "history");
     menu("PlotGraphBZ", PlotGraphBZ, "history");

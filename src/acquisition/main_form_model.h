@@ -81,6 +81,8 @@ struct MainFormModel {
     Control batteryMonitor2;
     Control maxMINS;
     Control rawCOMMdatamenu;
+    Control previewLOGdata;  // the log preview dataTOlog
+    Control rawFRAMEtext;    // the whole last frame, displayRAWdata
     Control history;
     Control graphingDEMO;
     Control PlotGraphBZ;

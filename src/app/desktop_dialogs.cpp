@@ -1,15 +1,54 @@
 #include "app/desktop_dialogs.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QMessageBox>
 
 #include "acquisition/brizalog.h"
 #include "acquisition/qt/find_comms_window.h"
+#include "acquisition/qt/platform.h"
+#include "displays/monitor_window.h"
+#include "displays/qt/monitor_view.h"
 #include "help/qt/about_window.h"
+#include "help/qt/help_window.h"
 #include "history/qt/graph_window_view.h"
+#include "setup/qt/calibration_window.h"
+#include "setup/qt/channel_setup_window.h"
 #include "setup/qt/program_setup_window.h"
+#include "setup/qt/small_input_window.h"
 #include "ui/qt_text.h"
 
 namespace brizalog {
+
+namespace {
+
+// Runs `closing` when the watched window is about to close.
+class CloseWatch : public QObject {
+public:
+    explicit CloseWatch(std::function<void()> closing) : m_closing(std::move(closing)) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Close) {
+            m_closing();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> m_closing;
+};
+
+}  // namespace
+
+DesktopDialogs::DesktopDialogs(PortProbe& probe) : m_probe(probe) {}
+
+// The monitors go before the timers that they are attached to.
+DesktopDialogs::~DesktopDialogs() {
+    for (auto& [name, window] : m_monitors) {
+        delete window.data();
+    }
+}
 
 int DesktopDialogs::Exec(QDialog& dialog) {
     if (onWindowShown) {
@@ -44,6 +83,86 @@ void DesktopDialogs::OpenWindow(std::string_view name, bool /*modal*/) {
         // window, which loads and shows today's log when there is one.
         GraphWindowView window(*member, m_form->state(), m_form->programFolder(), m_form->clock(),
                                *this, m_parent);
+        window.Load();
+        Exec(window);
+    } else if (IsMonitorWindow(name)) {
+        OpenMonitorWindow(name);
+    } else {
+        OpenSetupWindow(name);
+    }
+}
+
+TimerBackend& DesktopDialogs::WindowTimers() {
+    if (m_timers == nullptr) {
+        m_ownTimers = std::make_unique<DesktopTimers>();
+        m_timers = m_ownTimers.get();
+    }
+    return *m_timers;
+}
+
+// ---- Monitors ----------------------------------------------------------------------------
+
+// A monitor that is open already is only brought to the front, as the user asked to see it; its
+// opening does not run again (a plot keeps the mode it opened with).
+void DesktopDialogs::OpenMonitorWindow(std::string_view name) {
+    if (QWidget* open = OpenMonitor(name)) {
+        open->raise();
+        open->activateWindow();
+        return;
+    }
+    if (!m_closeWatch && m_parent) {
+        m_closeWatch = std::make_unique<CloseWatch>([this] { CloseMonitors(); });
+        m_parent->installEventFilter(m_closeWatch.get());
+    }
+    MonitorView* view =
+        MakeMonitorView(name, m_form->state(), *this, m_form->PlotMode, WindowTimers());
+    if (view == nullptr) {
+        return;
+    }
+    m_monitors[std::string(name)] = view;
+    view->Load();
+    if (onWindowShown) {
+        onWindowShown(view);
+    }
+    view->show();
+}
+
+QWidget* DesktopDialogs::OpenMonitor(std::string_view name) const {
+    const auto it = m_monitors.find(name);
+    if (it == m_monitors.end() || it->second.isNull() || !it->second->isVisible()) {
+        return nullptr;
+    }
+    return it->second.data();
+}
+
+void DesktopDialogs::CloseMonitors() {
+    for (auto& [name, window] : m_monitors) {
+        if (!window.isNull()) {
+            window->close();
+        }
+    }
+}
+
+// The channel forms, the small input windows they open over themselves, CALIBRATION and help.
+// A small input window stands over the window that is active when it opens: its channel form.
+void DesktopDialogs::OpenSetupWindow(std::string_view name) {
+    SharedState& state = m_form->state();
+    QWidget* over = QApplication::activeModalWidget() != nullptr ? QApplication::activeModalWidget()
+                                                                 : m_parent.data();
+    if (ChannelSetup::IsChannelSetup(name)) {
+        ChannelSetupWindow window(name, state, m_form->programFolder(), *this, over);
+        window.Load();
+        Exec(window);
+    } else if (SmallInput::IsSmallInput(name)) {
+        SmallInputWindow window(name, state, over);
+        window.Load();
+        Exec(window);
+    } else if (name == CalibrationForm::kWindow) {
+        CalibrationWindow window(state, m_form->programFolder(), *this, WindowTimers(), over);
+        window.Load();
+        Exec(window);
+    } else if (name == HelpViewer::kWindow) {
+        HelpWindow window(m_form->programFolder(), *this, over);
         window.Load();
         Exec(window);
     }

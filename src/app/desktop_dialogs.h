@@ -4,6 +4,8 @@
 #include <QWidget>
 #include <filesystem>
 #include <functional>
+#include <map>
+#include <memory>
 #include <string>
 
 #include "acquisition/port_discovery.h"
@@ -18,7 +20,8 @@ class Brizalog;
 // data path never waits for the user.
 class DesktopDialogs : public Dialogs {
 public:
-    explicit DesktopDialogs(PortProbe& probe) : m_probe(probe) {}
+    explicit DesktopDialogs(PortProbe& probe);
+    ~DesktopDialogs() override;
 
     // The form whose state the windows edit, and the window they stand over.
     void Attach(Brizalog* form, QWidget* parent) {
@@ -26,21 +29,39 @@ public:
         m_parent = parent;
     }
 
+    // The countdowns of the own timers of the windows opened here (the monitors', CALIBRATION's);
+    // by default QTimers of the dialogs' own. Tests give a virtual schedule.
+    void SetTimers(TimerBackend* timers) { m_timers = timers; }
+
     void ShowMessage(const std::string& text) override;
-    // Opens ProgramSetup, FindComms, frmAbout and the six graph windows; the windows of the
-    // monitors, the channel forms and help are not on the desktop yet, and their names open
-    // nothing.
+    // Opens ProgramSetup, FindComms, frmAbout, the monitors, the six graph windows, the channel
+    // forms, their small input windows, CALIBRATION and the help viewer info.
     void OpenWindow(std::string_view name, bool modal) override;
+
+    // The monitor window `name` while it is open, else null.
+    QWidget* OpenMonitor(std::string_view name) const;
 
     // Called with each window just before it is shown, so a test can act on it while it is up.
     std::function<void(QWidget*)> onWindowShown;
 
 private:
     int Exec(class QDialog& dialog);
+    // Monitors are not modal: each opens beside the main window and stays until it is closed,
+    // or until the main window closes, which closes them all.
+    void OpenMonitorWindow(std::string_view name);
+    void CloseMonitors();
+    void OpenSetupWindow(std::string_view name);
+    // The timers given by SetTimers, or QTimers of the dialogs' own.
+    TimerBackend& WindowTimers();
 
     PortProbe& m_probe;
     Brizalog* m_form = nullptr;
     QPointer<QWidget> m_parent;
+
+    std::unique_ptr<TimerBackend> m_ownTimers;
+    TimerBackend* m_timers = nullptr;
+    std::map<std::string, QPointer<QWidget>, std::less<>> m_monitors;
+    std::unique_ptr<QObject> m_closeWatch;  // closes the monitors with the main window
 };
 
 }  // namespace brizalog

@@ -8,7 +8,9 @@
 #include "acquisition/qt/main_window.h"
 #include "acquisition/qt/platform.h"
 #include "app/desktop_dialogs.h"
+#include "app/program_folder.h"
 #include "catalogue/failure.h"
+#include "catalogue/files.h"
 #include "catalogue/qt/splash_window.h"
 #include "help/about.h"
 #include "ui/event_gate.h"
@@ -17,15 +19,16 @@ int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Brizalog"));
 
-    // The program folder is the folder of the program itself.
-    const std::filesystem::path folder =
-        std::filesystem::path(QCoreApplication::applicationDirPath().toStdString());
+    const std::filesystem::path folder = brizalog::ProgramFolder();
 
+    // Settings files are replaced whole and made durable, so a power cut never tears one.
+    brizalog::SetDiskSync(brizalog::SyncFileToDisk);
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
     brizalog::DesktopSerialLink serial(folder);
     brizalog::DevicePortProbe probe(folder);
     brizalog::DesktopDialogs dialogs(probe);
+    dialogs.SetTimers(&timers);
 
     // The splash comes first and makes whatever is missing; the start waits for its click. No
     // timer runs and no port is open before it has gone, so the form is made afterwards.
@@ -38,7 +41,8 @@ int main(int argc, char* argv[]) {
 
     brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
     form.state().settings.AbortFlag = abortFlag;
-    serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
+    serial.SetReceiveHandler(
+        [&form] { brizalog::RunHandlerAtScreenPace([&form] { form.MSComm1_OnComm(); }); });
 
     brizalog::MainWindow window(form);
     dialogs.Attach(&form, &window);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <stdexcept>
 #include <string>
 
@@ -33,5 +34,15 @@ public:
 private:
     FailureKind m_kind;
 };
+
+// Double arithmetic that leaves the range of a double is the run-time failure Overflow, as on
+// the system's own platform: an infinity or an undefined value never reaches the arrays, where
+// it would freeze a cell, stop a log or turn into nonsense in a conversion to a whole number.
+inline double Finite(double value) {
+    if (!std::isfinite(value)) {
+        throw Failure(FailureKind::Overflow);
+    }
+    return value;
+}
 
 }  // namespace brizalog

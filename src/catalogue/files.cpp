@@ -112,8 +112,56 @@ void WriteFile(const fs::path& path, std::string_view text, std::ios::openmode m
 
 }  // namespace
 
+namespace {
+
+DiskSync g_diskSync = nullptr;
+
+void SyncToDisk(const fs::path& path) {
+    if (g_diskSync != nullptr) {
+        g_diskSync(path);
+    }
+}
+
+}  // namespace
+
+void SetDiskSync(DiskSync sync) {
+    g_diskSync = sync;
+}
+
+fs::path ReplacementPath(const fs::path& path) {
+    fs::path replacement = path;
+    replacement += ".new";
+    return replacement;
+}
+
 void WriteWholeFile(const fs::path& path, std::string_view text) {
-    WriteFile(path, text, std::ios::trunc);
+    std::error_code error;
+    // A link to a settings file stays a link: its target is what gets replaced.
+    fs::path target = path;
+    if (fs::is_symlink(path, error)) {
+        target = fs::canonical(path, error);
+        if (error) {
+            target = path;
+        }
+    }
+    const fs::file_status status = fs::status(target, error);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        WriteFile(target, text, std::ios::trunc);
+        return;
+    }
+    const fs::path replacement = ReplacementPath(target);
+    WriteFile(replacement, text, std::ios::trunc);
+    if (fs::exists(status)) {
+        fs::permissions(replacement, status.permissions(), error);
+    }
+    SyncToDisk(replacement);
+    fs::rename(replacement, target, error);
+    if (error) {
+        fs::remove(replacement, error);
+        throw Failure(FailureKind::FileAccess);
+    }
+    // The rename itself lasts only once the folder that holds the name is on disk.
+    SyncToDisk(target.parent_path());
 }
 
 void AppendToFile(const fs::path& path, std::string_view text) {

@@ -19,8 +19,19 @@ std::filesystem::path InFolder(const std::filesystem::path& folder, std::string_
 
 bool FileExists(const std::filesystem::path& path);
 std::string ReadWholeFile(const std::filesystem::path& path);
-// Replaces the file with `text` (opened for writing, which empties it).
+// Replaces the file with `text`, whole: the text goes to a new file beside it, which is made
+// durable and then renamed over the old one, so that a power cut at any instant leaves either
+// the old file or the new one, never a torn one. A file that is no regular file (a device, a
+// link to one) is written in place.
 void WriteWholeFile(const std::filesystem::path& path, std::string_view text);
+// The name of the new file that WriteWholeFile renames over `path`.
+std::filesystem::path ReplacementPath(const std::filesystem::path& path);
+
+// Makes a file, or a folder, durable on disk. The standard library cannot ask for that, so the
+// platform sets it; without one, a replacement is still whole at every instant for the other
+// programs of the machine, but not through a power cut.
+using DiskSync = void (*)(const std::filesystem::path& path);
+void SetDiskSync(DiskSync sync);
 // Opens the file for append (making it when missing), writes `text`, closes it.
 void AppendToFile(const std::filesystem::path& path, std::string_view text);
 // Makes one folder; a folder that exists already, or one that cannot be made, is a failure.

@@ -341,7 +341,10 @@ std::string FormatPattern(double value, std::string_view pattern) {
             for (std::size_t i = 0; i < integerCount; ++i) {
                 *out++ = i < 15 ? significant[i] : '0';
             }
-            std::copy(significant + integerCount, significant + integerCount + fractionCount, out);
+            // From 15 integer digits on there is no fraction, and no digit past the 15th.
+            if (fractionCount > 0) {
+                std::copy(significant + integerCount, significant + 15, out);
+            }
         } else {
             const std::size_t leading = fractionCount - 15;
             std::fill(out, out + leading, '0');

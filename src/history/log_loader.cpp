@@ -98,7 +98,10 @@ double FieldNumber(std::string_view text) {
     for (; i < text.size(); ++i) {
         const char c = text[i];
         if (c >= '0' && c <= '9') {
-            digits = digits * 10 + (c - '0');
+            // Past 15 digits the number rule reads the text; the sum stops short of overflowing.
+            if (count < 16) {
+                digits = digits * 10 + (c - '0');
+            }
             ++count;
             fraction += point ? 1 : 0;
         } else if (c == '.' && !point) {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "acquisition/brizalog.h"
+#include "catalogue/failure.h"
 #include "catalogue/files.h"
 #include "catalogue/patterns.h"
 #include "catalogue/system_types.h"
@@ -75,8 +76,11 @@ void Raise(double& extreme, double value) {
     }
 }
 
+// A replayed value that overflows, in power or in energy, is a bad value of the log: it fails
+// the replay, and with it the start-up's trapped block.
 void AddEnergy(SharedState& state, int slot, double interval) {
-    state.WattHours[slot] += interval * state.ChannelWatts[slot] / 3600;
+    state.WattHours[slot] =
+        Finite(state.WattHours[slot] + interval * state.ChannelWatts[slot] / 3600);
 }
 
 // Slot i of a battery-based system: the logged amps of channel i times `volts`. The maxima go
@@ -87,7 +91,7 @@ void ReplayAmps(std::string_view line, SharedState& state, int i, double interva
     if (ReadChannel(line, state, i, amps)) {
         state.ChannelValue[i] = amps;
         Raise(state.DailyExtreme[i - 1], amps);
-        state.ChannelWatts[i] = amps * (mains ? kMainsVolts : state.ChannelValue[9]);
+        state.ChannelWatts[i] = Finite(amps * (mains ? kMainsVolts : state.ChannelValue[9]));
         Raise(state.DailyExtreme[i + 14], state.ChannelWatts[i]);
     }
     // A missing tag leaves the slot's last power, which counts again for this line.
@@ -120,7 +124,7 @@ void ReplayLine(std::string_view line, ReplayRule rule, double interval, SharedS
             if (ReadField(line, "<V>", "</V>", number)) {
                 state.ChannelValue[9] = number;
             }
-            state.ChannelWatts[1] = state.ChannelValue[9] * state.ChannelValue[1];
+            state.ChannelWatts[1] = Finite(state.ChannelValue[9] * state.ChannelValue[1]);
             AddEnergy(state, 1, interval);
             break;
         case ReplayRule::AmpsTimesVolts:

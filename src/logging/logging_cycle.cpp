@@ -35,6 +35,20 @@ void Step(StepBody&& body) {
     }
 }
 
+// A number too large for a double ("1e400") is no number to the delay box either: Start says so
+// rather than failing.
+bool IsDelayNumber(const std::string& text) {
+    if (!IsNumeric(text)) {
+        return false;
+    }
+    try {
+        ParseNumber(text);
+    } catch (const Failure&) {
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 // The logging tick. Its period is the logging interval; one tick is one interval.
@@ -120,11 +134,14 @@ void Brizalog::Timer1_Timer() {
     // An interval without good data adds no energy, although its record repeats the readings.
     if (s.GoodDataCount > 0) {
         m_model.goodDATAcounter.text = std::to_string(s.GoodDataCount);
-        Step([&] {
-            for (int j = 1; j <= 8; ++j) {
-                s.WattHours[j] += s.SumWatts[j] * s.settings.LogDelay / 3600;
-            }
-        });
+        // Each slot is a step of its own: a slot whose energy overflows keeps its total, and
+        // the others and the next records go on.
+        for (int j = 1; j <= 8; ++j) {
+            Step([&] {
+                s.WattHours[j] =
+                    Finite(s.WattHours[j] + s.SumWatts[j] * s.settings.LogDelay / 3600);
+            });
+        }
     }
 
     for (int i = 1; i <= 16; ++i) {
@@ -147,7 +164,7 @@ void Brizalog::stopMENU_Click() {
 
 void Brizalog::StartLogging() {
     Control& delayBox = m_model.delay;
-    if (!IsNumeric(delayBox.text)) {
+    if (!IsDelayNumber(delayBox.text)) {
         m_services.dialogs.ShowMessage(std::string(kInvalidDelay));
         return;
     }

@@ -1,8 +1,10 @@
 #include "ui/event_gate.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QPointer>
+#include <QTimer>
 #include <vector>
 
 #include "catalogue/failure.h"
@@ -23,6 +25,8 @@ std::vector<Renderer>& Renderers() {
 
 bool g_ending = false;
 
+void RenderAll();
+
 void ShowFailureBox(const std::string& message) {
     QMessageBox box(QMessageBox::Critical, QStringLiteral("Brizalog"),
                     QString::fromLatin1(message.data(), static_cast<qsizetype>(message.size())),
@@ -41,21 +45,45 @@ void EndWithFailure(const std::string& message) {
     QCoreApplication::exit(1);
 }
 
-}  // namespace
-
-void RunHandler(const std::function<void()>& handler) {
+// False when the handler's failure has ended the application.
+bool RunTrapped(const std::function<void()>& handler) {
     if (g_ending) {
-        return;
+        return false;
     }
     try {
         handler();
     } catch (const Failure& failure) {
         EndWithFailure(failure.what());
-        return;
+        return false;
     } catch (const std::exception& failure) {
         EndWithFailure(failure.what());
-        return;
+        return false;
     }
+    return true;
+}
+
+// The pace of renders after serial arrivals: the time of the last render, and the one-shot
+// timer of a render put off.
+struct Pace {
+    QElapsedTimer sinceRender;
+    QTimer later;
+    Pace() {
+        later.setSingleShot(true);
+        later.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&later, &QTimer::timeout, [] { RenderAll(); });
+    }
+};
+
+// Made at the first paced event, when the application exists, and kept to the end of the process.
+Pace& ThePace() {
+    static Pace* const pace = new Pace;
+    return *pace;
+}
+
+void RenderAll() {
+    Pace& pace = ThePace();
+    pace.later.stop();
+    pace.sinceRender.start();
     // A window may close, and so leave the list, while another renders.
     auto& renderers = Renderers();
     std::erase_if(renderers, [](const Renderer& r) { return r.owner.isNull(); });
@@ -64,6 +92,32 @@ void RunHandler(const std::function<void()>& handler) {
         if (!renderer.owner.isNull()) {
             renderer.render();
         }
+    }
+}
+
+}  // namespace
+
+void RunHandler(const std::function<void()>& handler) {
+    if (RunTrapped(handler)) {
+        RenderAll();
+    }
+}
+
+void RunHandlerAtScreenPace(const std::function<void()>& handler) {
+    if (!RunTrapped(handler)) {
+        return;
+    }
+    Pace& pace = ThePace();
+    if (!pace.sinceRender.isValid() || pace.sinceRender.elapsed() >= kRenderSpacingMs) {
+        RenderAll();
+    } else if (!pace.later.isActive()) {
+        pace.later.start(kRenderSpacingMs - static_cast<int>(pace.sinceRender.elapsed()));
+    }
+}
+
+void FlushRenders() {
+    if (ThePace().later.isActive()) {
+        RenderAll();
     }
 }
 

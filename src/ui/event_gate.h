@@ -14,6 +14,20 @@ namespace brizalog {
 // shown, and the application leaves every event loop with the exit status 1.
 void RunHandler(const std::function<void()>& handler);
 
+// The same for events that may come far faster than a screen can show them, the serial
+// arrivals: the handler runs at once, every time, so the model follows every frame, while the
+// windows render at the screen's pace, at most about 30 times a second. A render put off is
+// never lost: it follows within that spacing of the last event, or at once with the next
+// RunHandler (a click, a tick) or FlushRenders.
+void RunHandlerAtScreenPace(const std::function<void()>& handler);
+
+// Renders now whatever RunHandlerAtScreenPace has put off; for tests that look at a window
+// right after a frame.
+void FlushRenders();
+
+// The shortest spacing of two renders after paced events, in milliseconds.
+inline constexpr int kRenderSpacingMs = 33;
+
 // Adds `render` to what runs after each handler, for as long as `owner` lives.
 void AddRenderer(QObject* owner, std::function<void()> render);
 

@@ -39,6 +39,13 @@ TEST(NumberPatterns, CarryUnitsAndNeverCutDigits) {
     EXPECT_EQ(FormatPattern(1834.24, "#####.0"), "1834.2");
 }
 
+// Past 15 integer digits every further digit is a 0, and no digit past the 15th is read: a
+// logged reading of 2.2e20 amps once read beyond the digits it had.
+TEST(NumberPatterns, ValuesOfMoreThanFifteenDigitsPadWithZeros) {
+    EXPECT_EQ(FormatPattern(2.2e20, "##0.0"), "220000000000000000000.0");
+    EXPECT_EQ(FormatPattern(-123456789012345678.0, "###0 W"), "-123456789012346000 W");
+}
+
 TEST(NumberPatterns, PrintThePanelCellTable) {
     const PatternCase cases[] = {
         {"#0.00 V", 13.2666, "13.27 V"},

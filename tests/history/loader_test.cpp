@@ -162,5 +162,15 @@ TEST_F(LoaderTest, AnOversizedIntegerValueShowsOverflowAndLeavesTheWindowOpen) {
     EXPECT_EQ(re.Series(3)[1], 32767);
 }
 
+// Digits beyond what a whole number holds are read by the number rule, never summed past it.
+TEST_F(LoaderTest, AFieldOfManyDigitsReadsAsTheNumberItIs) {
+    WriteLog("BZ_2026_03_07.txt",
+             {"<T>12:00</T><V1>9788888888888888888.5</V1><A1>12345678901234567</A1>"});
+    GraphWindow& bz = windows.Open("GraphBZ");
+    ASSERT_EQ(bz.RecordCount, 1);
+    EXPECT_DOUBLE_EQ(bz.Series(0)[1], 9788888888888888888.5);
+    EXPECT_DOUBLE_EQ(bz.Series(1)[1], 12345678901234567.0);
+}
+
 }  // namespace
 }  // namespace brizalog::testing

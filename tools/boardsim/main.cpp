@@ -1,7 +1,7 @@
 // brizalog-boardsim: a logger board or a Current Cost meter on a pseudo-terminal.
 //
 //   brizalog-boardsim --folder DIR [--port N] [--system T] [--rate FRAMES_PER_S]
-//                     [--provision | --provision-only]
+//                     [--provision | --provision-only] [--count]
 //
 // Makes a pseudo-terminal, links it as DIR/ports/COMN (N is 3 unless told), and sends frames of
 // system type T until it is stopped (SIGINT or SIGTERM), when it removes its link again. Without
@@ -51,12 +51,13 @@ struct Options {
     double rate = 1.0;
     bool provision = false;
     bool provisionOnly = false;
+    bool count = false;  // report the frames sent when stopped
 };
 
 [[noreturn]] void Usage(const std::string& problem) {
     std::cerr << "brizalog-boardsim: " << problem << "\n"
               << "usage: brizalog-boardsim --folder DIR [--port N] [--system T] "
-                 "[--rate FRAMES_PER_S] [--provision | --provision-only]\n";
+                 "[--rate FRAMES_PER_S] [--provision | --provision-only] [--count]\n";
     std::exit(2);
 }
 
@@ -81,6 +82,8 @@ Options ParseOptions(int argc, char** argv) {
                 options.rate = std::stod(value());
             } else if (arg == "--provision") {
                 options.provision = true;
+            } else if (arg == "--count") {
+                options.count = true;
             } else if (arg == "--provision-only") {
                 options.provision = true;
                 options.provisionOnly = true;
@@ -207,6 +210,11 @@ int main(int argc, char** argv) {
     auto nextConfigRead = next;
     int systemType = options.systemType.value_or(ConfiguredSystemType(options.folder, 0));
     long frameNumber = 0;
+    long sent = 0;     // frames written whole
+    long dropped = 0;  // frames a full terminal refused
+    long flushed = 0;  // bytes dropped unread
+    int lastQueued = 0;
+    auto lastDrain = next;
     while (!g_stop) {
         const auto now = std::chrono::steady_clock::now();
         if (!options.systemType && now >= nextConfigRead) {
@@ -219,15 +227,31 @@ int main(int argc, char** argv) {
         const std::string frame = ComposeFrame(plant, systemType, sensor);
         ++frameNumber;
 
-        // Nobody reading: drop what has piled up, so that a port opened later starts with
-        // fresh frames rather than minutes of old ones.
+        // Nobody reading for a second: drop what has piled up, so that a port opened later
+        // starts with fresh frames rather than old ones. A reader that is only a little behind
+        // keeps every frame.
         int queued = 0;
-        if (ioctl(slave, FIONREAD, &queued) == 0 && queued > 4 * static_cast<int>(frame.size())) {
-            tcflush(slave, TCIFLUSH);
+        if (ioctl(slave, FIONREAD, &queued) == 0) {
+            if (queued < lastQueued || queued == 0) {
+                lastDrain = now;
+            }
+            lastQueued = queued;
+            if (queued > 4 * static_cast<int>(frame.size()) &&
+                now - lastDrain > std::chrono::seconds(1)) {
+                tcflush(slave, TCIFLUSH);
+                flushed += queued;
+                lastQueued = 0;
+            }
         }
         // One write per frame; a full terminal drops the frame, as a board would.
-        if (write(master, frame.data(), frame.size()) < 0 && errno != EAGAIN) {
+        const ssize_t written = write(master, frame.data(), frame.size());
+        if (written < 0 && errno != EAGAIN) {
             break;
+        }
+        if (written == static_cast<ssize_t>(frame.size())) {
+            ++sent;
+        } else {
+            ++dropped;
         }
         // Brizalog never transmits; whatever comes back is discarded.
         char discard[256];
@@ -250,6 +274,10 @@ int main(int argc, char** argv) {
     }
     close(slave);
     close(master);
+    if (options.count) {
+        std::cout << "brizalog-boardsim: frames sent " << sent << ", dropped by a full terminal "
+                  << dropped << ", bytes flushed unread " << flushed << std::endl;
+    }
     std::cout << "brizalog-boardsim: stopped" << std::endl;
     return 0;
 }

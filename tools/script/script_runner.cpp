@@ -284,7 +284,7 @@ void ScriptRunner::SetCommand(std::string_view arguments) {
 
 void ScriptRunner::DumpCommand(std::string_view arguments) {
     const std::vector<std::string_view> words = Words(arguments);
-    if (words.size() == 1 && DriverFor(words[0]) != nullptr) {
+    if (!words.empty() && DriverFor(words[0]) != nullptr) {
         WindowCommand("dump", arguments);
         return;
     }
@@ -325,7 +325,7 @@ void ScriptRunner::WindowCommand(std::string_view verb, std::string_view argumen
         driver->Mouse(window, control, words[0], ParseDecimal(words[1], "X"),
                       ParseDecimal(words[2], "Y"), run);
     } else if (verb == "dump") {
-        driver->Dump(window, run);
+        driver->DumpNamed(window, Words(rest), run);
     } else {
         if (!Trim(rest).empty()) {
             throw ScriptError("draw takes one window name");

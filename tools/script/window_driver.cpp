@@ -72,6 +72,14 @@ void WindowDriver::Dump(std::string_view window, RunContext&) {
     NoSuch("state to dump", window);
 }
 
+void WindowDriver::DumpNamed(std::string_view window, const std::vector<std::string_view>& names,
+                             RunContext& run) {
+    if (!names.empty()) {
+        NoSuch("items to dump by name", window);
+    }
+    Dump(window, run);
+}
+
 void WindowDriver::Draw(std::string_view window, RunContext&) {
     NoSuch("drawing surface", window);
 }

@@ -22,7 +22,7 @@ namespace brizalog::script {
 //   click WINDOW.NAME [ITEM]             Click(WINDOW, "NAME", "ITEM")
 //   set WINDOW.NAME TEXT                 Set(WINDOW, "NAME", "TEXT")
 //   mouse WINDOW.NAME down|move|up X Y   Mouse(WINDOW, "NAME", "down", X, Y)
-//   dump WINDOW                          Dump(WINDOW)
+//   dump WINDOW [NAME ...]               DumpNamed(WINDOW, {NAME ...})
 //   draw WINDOW                          Draw(WINDOW)
 //
 // NAME may carry an index in brackets ("Option1(2)"); ITEM is the rest of the line, possibly
@@ -92,6 +92,10 @@ public:
                        double x, double y, RunContext& run);
     // Prints the window's state, one NAME=VALUE line per item (see Printer).
     virtual void Dump(std::string_view window, RunContext& run);
+    // Only the items that the words name, as `dump NAME ...` of the main form selects them. The
+    // default takes no words.
+    virtual void DumpNamed(std::string_view window, const std::vector<std::string_view>& names,
+                           RunContext& run);
     // Prints what the window has drawn on its drawing surfaces.
     virtual void Draw(std::string_view window, RunContext& run);
 };

@@ -1,4 +1,6 @@
 #include "history_driver.h"
+#include "monitor_driver.h"
+#include "setup_driver.h"
 #include "window_driver.h"
 
 namespace brizalog::script {
@@ -6,6 +8,8 @@ namespace brizalog::script {
 std::vector<std::unique_ptr<WindowDriver>> MakeWindowDrivers() {
     std::vector<std::unique_ptr<WindowDriver>> drivers;
     drivers.push_back(MakeHistoryDriver());
+    drivers.push_back(MakeMonitorDriver());
+    drivers.push_back(MakeSetupDriver());
     return drivers;
 }
 

@@ -1,6 +1,8 @@
 #include "acquisition/qt/platform.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -57,6 +59,15 @@ void DesktopTimers::Restart(FormTimer& timer) {
 
 void DesktopTimers::Stop(FormTimer& timer) {
     TimerOf(timer).stop();
+}
+
+void SyncFileToDisk(const std::filesystem::path& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return;
+    }
+    ::fsync(descriptor);
+    ::close(descriptor);
 }
 
 // ---- Ports ------------------------------------------------------------------------------------
@@ -204,6 +215,7 @@ void DesktopSerialLink::OnError(QSerialPort::SerialPortError error) {
             }
             m_port.close();
             if (m_wanted) {
+                m_lastSignature.clear();
                 m_reconnect.start();
                 emit deviceLost();
             }
@@ -211,11 +223,37 @@ void DesktopSerialLink::OnError(QSerialPort::SerialPortError error) {
         Qt::QueuedConnection);
 }
 
+// What a device coming back changes, found by two cheap status reads: the port's own link in
+// the program folder (whether it leads to something) and the device folder, which gains an
+// entry when a serial device appears. Only a change is worth the search of the machine's ports
+// and an open.
+QString DesktopSerialLink::DeviceSignature() const {
+    struct stat devices {};
+    ::stat("/dev", &devices);
+    struct stat target {};
+    const QString link = QDir(QString::fromStdString(m_folder.string()))
+                             .filePath(QStringLiteral("ports/COM") + QString::number(m_portNumber));
+    const bool linked = ::stat(QFile::encodeName(link).constData(), &target) == 0;
+    return QStringLiteral("%1.%2/%3/%4")
+        .arg(devices.st_mtim.tv_sec)
+        .arg(devices.st_mtim.tv_nsec)
+        .arg(linked ? static_cast<qulonglong>(target.st_rdev) + 1 : 0)
+        .arg(linked ? static_cast<qulonglong>(target.st_ino) : 0);
+}
+
 void DesktopSerialLink::Reconnect() {
     if (!m_wanted) {
         m_reconnect.stop();
         return;
     }
+    // A device that is there but would not open (busy, no permission) is tried again now and
+    // then all the same.
+    const QString signature = DeviceSignature();
+    if (signature == m_lastSignature && ++m_unchangedLooks < kFullLookEvery) {
+        return;
+    }
+    m_lastSignature = signature;
+    m_unchangedLooks = 0;
     if (OpenDevice()) {
         m_reconnect.stop();
         emit deviceBack();

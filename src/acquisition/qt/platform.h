@@ -35,6 +35,10 @@ private:
     std::map<FormTimer*, std::unique_ptr<QTimer>> m_timers;
 };
 
+// Makes a file or a folder durable on disk (fsync), for the whole-file replacement of the
+// configuration files. Set once at start with SetDiskSync.
+void SyncFileToDisk(const std::filesystem::path& path);
+
 // ---- Ports ------------------------------------------------------------------------------------
 
 // The device of port number N: `<program folder>/ports/COMN` when that path exists (a link the
@@ -91,6 +95,7 @@ private:
     bool OpenDevice();
     void OnError(QSerialPort::SerialPortError error);
     void Reconnect();
+    QString DeviceSignature() const;
 
     std::filesystem::path m_folder;
     QSerialPort m_port;
@@ -99,6 +104,9 @@ private:
     int m_portNumber = 0;
     int m_baudRate = 4800;
     bool m_wanted = false;
+    QString m_lastSignature;  // of the last attempt to reopen a lost device
+    int m_unchangedLooks = 0;
+    static constexpr int kFullLookEvery = 30;
 };
 
 // Parses line settings such as "4800,N,8,1" into the line speed; the rest is always no

@@ -1,0 +1,71 @@
+// What a frame costs while a setup window stands over the main window: the serial event, the main
+// window and the open window showing their models again, in system 8 with every row offered.
+// Runs offscreen.
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+
+#include "setup/qt/calibration_window.h"
+#include "setup/qt/channel_setup_window.h"
+#include "support/virtual_desk.h"
+
+namespace {
+
+using brizalog::testing::SampleFrame;
+
+struct Desk : brizalog::testing::VirtualDesk {
+    Desk() {
+        AllChannelsOn();
+        Start();
+        Click("setsystem(8)");
+        window->show();
+        window->Render();
+    }
+    void Frame() {
+        serial.Queue(kFrame);
+        form->MSComm1_OnComm();
+        window->Render();
+    }
+    const std::string kFrame = SampleFrame(8);
+};
+
+void BM_FrameBehindTheHardwareChannelForm(benchmark::State& state) {
+    Desk desk;
+    brizalog::ChannelSetupWindow setup("setupHARDWAREchannels", desk.form->state(), desk.folder,
+                                       desk.dialogs);
+    setup.Load();
+    setup.show();
+    for (auto _ : state) {
+        desk.Frame();
+        setup.Render();
+    }
+}
+BENCHMARK(BM_FrameBehindTheHardwareChannelForm);
+
+void BM_CalibrationTickWithAFrame(benchmark::State& state) {
+    Desk desk;
+    brizalog::CalibrationWindow calibration(desk.form->state(), desk.folder, desk.dialogs,
+                                            desk.timers);
+    calibration.Load();
+    calibration.show();
+    for (auto _ : state) {
+        desk.Frame();
+        calibration.form().Timer1_Timer();
+        calibration.Render();
+    }
+}
+BENCHMARK(BM_CalibrationTickWithAFrame);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

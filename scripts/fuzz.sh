@@ -1,0 +1,140 @@
+#!/usr/bin/env bash
+# Builds the fuzzing harnesses (clang, libFuzzer, AddressSanitizer and UndefinedBehaviorSanitizer)
+# in build-fuzz/ and runs each of them.
+#
+#   scripts/fuzz.sh [SECONDS]   each harness for SECONDS (FUZZ_SECONDS, 60 by default); a crash
+#                               writes its input under build/fuzz/crashes/ and fails the run
+#   scripts/fuzz.sh --check     each harness over its seeds and its regression inputs
+#                               (fuzz/regressions/HARNESS/), then FUZZ_RUNS (20000) inputs more;
+#                               for CI
+#
+# Seeds come from the test fixtures: the frames of the scenario scripts, the configuration files
+# and the logs that the tests start from. The corpus that a run grows stays in build-fuzz/corpus/
+# for the next run. One harness runs at a time, on one core.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+export LC_ALL=C
+
+mode=run
+seconds=${FUZZ_SECONDS:-60}
+runs=${FUZZ_RUNS:-20000}
+if [ "${1:-}" = "--check" ]; then
+    mode=check
+elif [ -n "${1:-}" ]; then
+    seconds=$1
+fi
+
+build=${FUZZ_BUILD_DIR:-build-fuzz}
+crashes=build/fuzz/crashes
+harnesses=(serial_intake config_files log_replay log_loader help_viewer)
+
+if [ ! -f "$build/build.ninja" ]; then
+    cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++ >/dev/null
+fi
+cmake --build "$build" -j2
+
+# ---- Seeds --------------------------------------------------------------------------------
+seeds=$build/seeds
+rm -rf "$seeds"
+for h in "${harnesses[@]}"; do mkdir -p "$seeds/$h"; done
+count=0
+# A seed: the selector bytes given as octal escapes, then the file's first 4 kB.
+seed() {
+    local harness=$1 prefix=$2 file=$3
+    count=$((count + 1))
+    { printf "$prefix"; head -c 4096 "$file"; } >"$seeds/$harness/seed_$count"
+}
+
+# The frames of the scenario scripts, each as one serial event and as two halves, in the system
+# types that read them.
+frames=$(mktemp)
+trap 'rm -f "$frames"' EXIT
+grep -rh '^serial ' tests/scenarios --include='*.script' | cut -d' ' -f2- | sort -u >"$frames"
+while IFS= read -r line; do
+    frame=$(printf '%b' "$line" | head -c 255)
+    case $frame in
+        *"<msg>"*) types="3 4" ;;
+        *"<V>"*) types="0" ;;
+        *) types="1 8" ;;
+    esac
+    length=${#frame}
+    half=$((length / 2))
+    for t in $types; do
+        count=$((count + 1))
+        out=$seeds/serial_intake/seed_$count
+        {
+            printf "\\$(printf '%03o' "$t")\\000\\$(printf '%03o' "$length")"
+            printf '%s' "$frame"
+            printf "\\$(printf '%03o' "$half")"
+            printf '%s' "${frame:0:half}"
+            printf "\\$(printf '%03o' $((length - half)))"
+            printf '%s' "${frame:half}"
+        } >"$out"
+    done
+done <"$frames"
+
+# Configuration files: the first-run fixtures and those the scenarios start from.
+while IFS= read -r file; do
+    case $(basename "$file") in
+        hardware.cfg) selector='\000\000' ;;
+        channels.cfg) selector='\001\001' ;;
+        calibrations.cfg) selector='\002\000' ;;
+        *) continue ;;
+    esac
+    seed config_files "$selector" "$file"
+done < <(find tests -name '*.cfg' -path '*fixtures*' -o -name '*.cfg' -path '*.before*')
+
+# Logs, for the replay in the system type that writes them and for the graph windows that read
+# them (the member, the clicks, the mouse's place).
+while IFS= read -r file; do
+    case $(basename "$file") in
+        WD_*) type='\000' member='\001' ;;
+        BZ_*) type='\001' member='\000' ;;
+        CC_*) type='\003' member='\005' ;;
+        RE_*) type='\005' member='\002' ;;
+        ML_*) type='\010' member='\003' ;;
+        *) continue ;;
+    esac
+    seed log_replay "$type" "$file"
+    seed log_loader "$member\\377\\100\\040" "$file"
+done < <(find tests -name '*.txt' -path '*.before/logs/*')
+
+# Help topics and the text maker's source: the help files that a first start makes.
+for file in tests/catalogue/fixtures/*.cfg; do
+    seed help_viewer '\000' "$file"
+    seed help_viewer '\005' "$file"
+done
+printf 'A line of help\r\nwith "quotes" & more\r\n' >"$seeds/help_viewer/seed_text"
+
+# ---- Runs ---------------------------------------------------------------------------------
+mkdir -p "$crashes"
+status=0
+for h in "${harnesses[@]}"; do
+    corpus=$build/corpus/$h
+    regressions=fuzz/regressions/$h
+    mkdir -p "$corpus" "$regressions"
+    # Leaks are not looked for: the harnesses keep their forms between inputs on purpose.
+    options=(-detect_leaks=0 -max_len=8192 "-artifact_prefix=$crashes/$h-")
+    if [ "$mode" = check ]; then
+        echo "== $h: seeds, regression inputs and $runs more"
+        if ! ASAN_OPTIONS=intercept_memcmp=0 "$build/fuzz_$h" "${options[@]}" -runs="$runs" \
+            "$seeds/$h" "$regressions" >"$build/$h.log" 2>&1; then
+            tail -30 "$build/$h.log"
+            status=1
+        fi
+        grep -E '^#[0-9]+.*(INITED|DONE)' "$build/$h.log" | tail -1 || true
+        continue
+    fi
+    echo "== $h: $seconds s"
+    if ! ASAN_OPTIONS=intercept_memcmp=0 "$build/fuzz_$h" "${options[@]}" \
+        -max_total_time="$seconds" -print_final_stats=1 \
+        "$corpus" "$seeds/$h" "$regressions" >"$build/$h.log" 2>&1; then
+        tail -30 "$build/$h.log"
+        status=1
+    fi
+    grep -E '^(stat::number_of_executed_units|stat::peak_rss_mb)|^Done' "$build/$h.log" || true
+done
+if [ "$status" -ne 0 ]; then
+    echo "fuzzing found a fault: its input is under $crashes/"
+fi
+exit "$status"

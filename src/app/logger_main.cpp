@@ -1,0 +1,109 @@
+// brizalog-logger [FOLDER]: the main form without windows, for a box that logs day and night.
+// The same start-up, frames, logging, ledger, rollover and replay as the desktop program, on the
+// same serial port and timers, so the files it writes are those the desktop program would write.
+
+#include <QCoreApplication>
+#include <QStringList>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include "acquisition/brizalog.h"
+#include "acquisition/qt/platform.h"
+#include "app/headless.h"
+#include "app/program_folder.h"
+#include "catalogue/files.h"
+#include "catalogue/text_rules.h"
+#include "ui/event_gate.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: brizalog-logger [FOLDER]\n"
+    "Logs the frames of the serial port of FOLDER's settings into FOLDER/logs, without windows,\n"
+    "until SIGTERM or SIGINT (Ctrl-C), which save the settings and end it as Exit does.\n"
+    "FOLDER is the program folder, made and provisioned when missing; by default the folder of\n"
+    "the program when it may write there, otherwise ~/Brizalog.\n";
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("brizalog-logger"));
+    // A failure that ends the desktop program is told in a message box; here on standard error.
+    brizalog::SetFailureTeller(brizalog::TellOnStandardError);
+
+    const QStringList args = QCoreApplication::arguments().mid(1);
+    if (args.size() == 1 && (args[0] == QStringLiteral("--help") || args[0] == "-h")) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    if (args.size() > 1 || (args.size() == 1 && args[0].startsWith(QLatin1Char('-')))) {
+        std::fputs(kUsage, stderr);
+        return 2;
+    }
+    std::filesystem::path folder = brizalog::ProgramFolder();
+    if (!args.isEmpty()) {
+        folder = std::filesystem::absolute(args[0].toStdString());
+        std::error_code ignored;
+        std::filesystem::create_directories(folder, ignored);
+    }
+
+    // Settings files are replaced whole and made durable, so a power cut never tears one.
+    brizalog::SetDiskSync(brizalog::SyncFileToDisk);
+    brizalog::DesktopClock clock;
+    brizalog::DesktopTimers timers;
+    brizalog::DesktopSerialLink serial(folder);
+    brizalog::StandardErrorDialogs dialogs;
+
+    // There is no splash to click: the start-up makes whatever is missing in the folder before
+    // anything reads it, as the splash does, and the abort flag stays 0 as after a plain click.
+    brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
+    serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
+
+    // The desktop shows nothing when the device goes and comes back; a box without a screen
+    // says so in its journal, once each way.
+    const auto portName = [&form] {
+        return "port " + brizalog::FormatGeneral(form.state().settings.PortNumber);
+    };
+    QObject::connect(&serial, &brizalog::DesktopSerialLink::deviceLost, [&] {
+        brizalog::TellOnStandardError("the device of " + portName() +
+                                      " has gone; looking for it every second");
+    });
+    QObject::connect(&serial, &brizalog::DesktopSerialLink::deviceBack, [&] {
+        brizalog::TellOnStandardError("the device of " + portName() + " is back");
+    });
+
+    // SIGTERM and SIGINT are Exit: the settings are saved and the program ends.
+    brizalog::StopSignals stop([&form](int) {
+        brizalog::RunHandler([&form] { form.exitMENU_Click(); });
+        if (form.ExitRequested()) {
+            QCoreApplication::quit();
+        }
+    });
+
+    bool started = false;
+    brizalog::RunHandler([&] {
+        form.Form_Load();
+        started = true;
+    });
+    if (!started || brizalog::ApplicationEnding()) {
+        return 1;
+    }
+    // A message at start-up is the port message: the start was cut short, with no port or no
+    // logging. The desktop program waits for "setup Hardware"; a logger has no such menu, so it
+    // ends and leaves the retry to whoever started it (the user unit restarts it).
+    if (dialogs.Count() > 0) {
+        return 1;
+    }
+    // What the journal of a box without a screen needs first: which folder, which port, and
+    // whether records are written.
+    const auto& settings = form.state().settings;
+    brizalog::TellOnStandardError(form.state().LoggingActive == 1
+                                      ? "logging from " + portName() + " into " + folder.string() +
+                                            " every " + brizalog::FormatGeneral(settings.LogDelay) +
+                                            " s"
+                                      : "reading " + portName() + " for " + folder.string() +
+                                            "; logging is stopped (LogOn is not 1)");
+    return QCoreApplication::exec();
+}

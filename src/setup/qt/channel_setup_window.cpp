@@ -1,0 +1,242 @@
+#include "setup/qt/channel_setup_window.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "catalogue/channels.h"
+#include "ui/control_view.h"
+#include "ui/event_gate.h"
+
+namespace brizalog {
+
+namespace {
+
+// A name in its channel's colour, on a ground that keeps it readable: pale colours (yellow, the
+// light tints of the chart) on a dark ground, deep ones (blue, red) on a light one.
+// An inactive name is faded towards its ground.
+QString NameStyle(int colour, bool active) {
+    QColor text = ToQColor(colour);
+    const double brightness = 0.299 * text.red() + 0.587 * text.green() + 0.114 * text.blue();
+    const char* ground = brightness > 128 ? "#20242a" : "#f2f2f2";
+    if (!active) {
+        const QColor back(QString::fromLatin1(ground));
+        text.setRgb((text.red() + back.red()) / 2, (text.green() + back.green()) / 2,
+                    (text.blue() + back.blue()) / 2);
+    }
+    return QStringLiteral("background-color: %1; color: %2; padding: 2px 8px; border-radius: 3px;")
+        .arg(QString::fromLatin1(ground), text.name());
+}
+
+void Show(QWidget* widget, bool visible, bool enabled) {
+    if (widget->isVisibleTo(widget->parentWidget()) != visible) {
+        widget->setVisible(visible);
+    }
+    if (widget->isEnabled() != enabled) {
+        widget->setEnabled(enabled);
+    }
+}
+
+template <typename Widget>
+void SetText(Widget* widget, const std::string& text) {
+    const QString shown = ToQt(text);
+    if (widget->text() != shown) {
+        widget->setText(shown);
+    }
+}
+
+QString IndexedName(const char* base, int i) {
+    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(base)).arg(i);
+}
+
+}  // namespace
+
+ChannelSetupWindow::ChannelSetupWindow(std::string_view window, SharedState& state,
+                                       std::filesystem::path folder, Dialogs& dialogs,
+                                       QWidget* parent)
+    : QDialog(parent), m_form(window, state, std::move(folder), dialogs) {
+    setObjectName(ToQt(window));
+
+    auto* rows = new QWidget;
+    auto* grid = new QGridLayout(rows);
+    grid->setHorizontalSpacing(12);
+    grid->setVerticalSpacing(4);
+    int column = 0;
+    auto heading = [&](const char* text) {
+        auto* label = new QLabel(QString::fromLatin1(text));
+        label->setStyleSheet(QStringLiteral("font-weight: bold;"));
+        grid->addWidget(label, 0, column++);
+    };
+    heading("Ch");
+    heading(m_form.HasLimitsAndColours() ? "Enabled" : "Shown");
+    heading("Channel name");
+    if (m_form.HasLimitsAndColours()) {
+        heading("Maximum reading");
+        heading("Line colour");
+    }
+    if (m_form.HasTagColumn()) {
+        heading("Tag");
+    }
+    for (int i = 1; i <= kChannelCount; ++i) {
+        AddRow(grid, i);
+    }
+    grid->setRowStretch(kChannelCount + 1, 1);
+    grid->setColumnStretch(column, 1);  // spare width goes right of the last column
+
+    m_scroll = new QScrollArea(this);
+    m_scroll->setWidget(rows);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+
+    m_save = new QPushButton(this);
+    m_save->setObjectName(QStringLiteral("SaveSettings"));
+    m_save->setAutoDefault(false);
+    connect(m_save, &QPushButton::clicked, this,
+            [this] { RunHandler([this] { m_form.SaveSettings_Click(); }); });
+    m_abort = new QPushButton(this);
+    m_abort->setObjectName(QStringLiteral("Label1"));
+    m_abort->setAutoDefault(false);
+    connect(m_abort, &QPushButton::clicked, this,
+            [this] { RunHandler([this] { m_form.Label1_Click(); }); });
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_save);
+    buttons->addStretch();
+    buttons->addWidget(m_abort);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_scroll, 1);
+    layout->addLayout(buttons);
+
+    AddRenderer(this, [this] { Render(); });
+}
+
+void ChannelSetupWindow::AddRow(QGridLayout* grid, int i) {
+    ChannelRow& row = m_form.model().rows[i];
+    RowWidgets& w = m_rows[i];
+    int column = 0;
+
+    w.number = new QLabel(QString::number(i));
+    w.number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    grid->addWidget(w.number, i, column++);
+
+    w.check = new QCheckBox;
+    w.check->setObjectName(IndexedName("CheckEnable", i));
+    w.check->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    connect(w.check, &QCheckBox::clicked, this, [this, i, &row](bool on) {
+        row.CheckEnable.checked = on;
+        RunHandler([this, i] { m_form.CheckEnable_Click(i); });
+    });
+    grid->addWidget(w.check, i, column++);
+
+    w.name = new ClickableLabel;
+    w.name->setObjectName(IndexedName("dataCHANNEL", i));
+    w.name->setMinimumWidth(w.name->fontMetrics().horizontalAdvance(QStringLiteral("M")) * 16);
+    grid->addWidget(w.name, i, column++);
+
+    if (m_form.HasLimitsAndColours()) {
+        w.name->setCursor(Qt::PointingHandCursor);
+        w.name->setToolTip(QStringLiteral("Click to rename the channel"));
+        connect(w.name, &ClickableLabel::clicked, this,
+                [this, i] { RunHandler([this, i] { m_form.dataCHANNEL_Click(i); }); });
+
+        w.limit = new QComboBox;
+        w.limit->setObjectName(IndexedName("MAXLimit", i));
+        w.limit->setEditable(true);
+        w.limit->setInsertPolicy(QComboBox::NoInsert);
+        // The choices of a row never change: they are filled once, and a render sets the text.
+        for (const std::string& choice : MaxLimitChoices(i)) {
+            w.limit->addItem(ToQt(choice));
+        }
+        connect(w.limit, &QComboBox::currentTextChanged, this,
+                [&row](const QString& text) { row.MAXLimit.text = FromQt(text); });
+        grid->addWidget(w.limit, i, column++);
+
+        w.colour = new QPushButton;
+        w.colour->setObjectName(IndexedName("ChannelColour", i));
+        w.colour->setAutoDefault(false);
+        connect(w.colour, &QPushButton::clicked, this,
+                [this, i] { RunHandler([this, i] { m_form.ChannelColour_Click(i); }); });
+        grid->addWidget(w.colour, i, column++);
+    }
+    if (m_form.HasTagColumn()) {
+        w.tag = new ClickableLabel;
+        w.tag->setObjectName(IndexedName("XMLcode", i));
+        w.tag->setCursor(Qt::PointingHandCursor);
+        w.tag->setToolTip(QStringLiteral("Click to change the tag"));
+        w.tag->setMinimumWidth(w.tag->fontMetrics().horizontalAdvance(QStringLiteral("M")) * 6);
+        w.tag->setStyleSheet(QStringLiteral("color: #1f5fa8; text-decoration: underline;"));
+        connect(w.tag, &ClickableLabel::clicked, this,
+                [this, i] { RunHandler([this, i] { m_form.XMLcode_Click(i); }); });
+        grid->addWidget(w.tag, i, column++);
+    }
+}
+
+void ChannelSetupWindow::Load() {
+    RunHandler([this] { m_form.Form_Load(); });
+    // As wide as the rows and as tall as the offered rows need, within the screen; the rows
+    // scroll beyond that.
+    const QSize rows = m_scroll->widget()->sizeHint();
+    const int screenHeight = screen()->availableGeometry().height();
+    m_scroll->setMinimumSize(rows.width() + m_scroll->verticalScrollBar()->sizeHint().width(),
+                             std::min(rows.height(), screenHeight * 3 / 4));
+    adjustSize();
+}
+
+void ChannelSetupWindow::reject() {
+    RunHandler([this] { m_form.TitleBarClose(); });
+}
+
+void ChannelSetupWindow::Render() {
+    const ChannelSetupModel& m = m_form.model();
+    setWindowTitle(ToQt(m.caption));
+    for (int i = 1; i <= kChannelCount; ++i) {
+        const ChannelRow& row = m.rows[i];
+        RowWidgets& w = m_rows[i];
+        // A withdrawn row is not shown at all; the row's controls keep their own states.
+        const bool shown = row.Frame.visible;
+        Show(w.number, shown, true);
+        Show(w.check, shown, row.CheckEnable.enabled);
+        if (w.check->isChecked() != row.CheckEnable.checked) {
+            w.check->setChecked(row.CheckEnable.checked);
+        }
+        Show(w.name, shown, row.dataCHANNEL.enabled);
+        SetText(w.name, row.dataCHANNEL.text);
+        const int colour =
+            row.dataCHANNEL.foreColour == kDefaultColour ? 0xFFFFFF : row.dataCHANNEL.foreColour;
+        const QString style = NameStyle(colour, row.dataCHANNEL.enabled);
+        if (w.name->styleSheet() != style) {
+            w.name->setStyleSheet(style);
+        }
+        if (w.limit != nullptr) {
+            const QString limit = ToQt(row.MAXLimit.text);
+            if (w.limit->currentText() != limit) {
+                w.limit->blockSignals(true);
+                w.limit->setCurrentText(limit);
+                w.limit->blockSignals(false);
+            }
+            Show(w.limit, shown, row.MAXLimit.enabled);
+            Show(w.colour, shown, row.ChannelColour.enabled);
+            SetText(w.colour, row.ChannelColour.text);
+        }
+        if (w.tag != nullptr) {
+            Show(w.tag, shown, row.XMLcode.enabled);
+            SetText(w.tag, row.XMLcode.text);
+        }
+    }
+    ShowButton(m_save, m.SaveSettings);
+    ShowButton(m_abort, m.Label1);
+    if (m_form.CloseRequested() && isVisible()) {
+        accept();
+    }
+}
+
+}  // namespace brizalog
