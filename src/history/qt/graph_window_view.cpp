@@ -89,7 +89,6 @@ namespace {
 struct Builder {
     GraphWindow& engine;
     QWidget* parent;
-    std::map<std::string, QWidget*>& widgets;
     std::vector<std::function<void()>>& renders;
     std::function<void(const std::string&)> forward;
 
@@ -98,7 +97,6 @@ struct Builder {
     template <typename W>
     W* Keep(std::string_view name, W* widget) {
         widget->setObjectName(Name(name));
-        widgets[std::string(name)] = widget;
         return widget;
     }
 
@@ -178,8 +176,7 @@ struct Builder {
 
 QWidget* GraphWindowView::BuildTopBar() {
     auto* bar = new QWidget(this);
-    Builder b{m_engine, bar, m_widgets, m_renders,
-              [this](const std::string& name) { Forward(name); }};
+    Builder b{m_engine, bar, m_renders, [this](const std::string& name) { Forward(name); }};
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
 
@@ -244,8 +241,7 @@ QWidget* GraphWindowView::BuildTopBar() {
 
 QWidget* GraphWindowView::BuildSelection() {
     auto* column = new QWidget(this);
-    Builder b{m_engine, column, m_widgets, m_renders,
-              [this](const std::string& name) { Forward(name); }};
+    Builder b{m_engine, column, m_renders, [this](const std::string& name) { Forward(name); }};
     auto* layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
 
@@ -277,7 +273,7 @@ QWidget* GraphWindowView::BuildSelection() {
         auto* group = b.Keep("Frame1", new QGroupBox(column));
         m_renders.push_back([group, frame] { ShowGroup(group, *frame); });
         auto* options = new QVBoxLayout(group);
-        Builder inGroup{m_engine, group, m_widgets, m_renders,
+        Builder inGroup{m_engine, group, m_renders,
                         [this](const std::string& name) { Forward(name); }};
         for (const char* name : {"XAxisTime", "XAxisRPM", "XAxisWind", "Distribution"}) {
             QRadioButton* option = inGroup.Choice<QRadioButton>(name);
@@ -291,8 +287,7 @@ QWidget* GraphWindowView::BuildSelection() {
 
 QWidget* GraphWindowView::BuildChart() {
     auto* column = new QWidget(this);
-    Builder b{m_engine, column, m_widgets, m_renders,
-              [this](const std::string& name) { Forward(name); }};
+    Builder b{m_engine, column, m_renders, [this](const std::string& name) { Forward(name); }};
     auto* layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
 
@@ -306,7 +301,6 @@ QWidget* GraphWindowView::BuildChart() {
 
     m_canvas->setObjectName(QStringLiteral("Plot"));
     m_canvas->setCursor(Qt::CrossCursor);
-    m_widgets["Plot"] = m_canvas;
     connect(m_canvas, &PlotCanvas::mousePressed, this,
             [this](double x, double y) { RunHandler([&] { m_engine.Plot_MouseDown(x, y); }); });
     connect(m_canvas, &PlotCanvas::mouseMoved, this, [this](double x, double y) {
@@ -334,8 +328,7 @@ QWidget* GraphWindowView::BuildSeriesPanel() {
     auto* panel = new QWidget(this);
     panel->setObjectName(QStringLiteral("seriesPanel"));
     panel->setAttribute(Qt::WA_StyledBackground);
-    Builder b{m_engine, panel, m_widgets, m_renders,
-              [this](const std::string& name) { Forward(name); }};
+    Builder b{m_engine, panel, m_renders, [this](const std::string& name) { Forward(name); }};
     auto* grid = new QGridLayout(panel);
     grid->setContentsMargins(10, 10, 10, 10);
     grid->setHorizontalSpacing(12);

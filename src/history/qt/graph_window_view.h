@@ -3,7 +3,6 @@
 #include <QDialog>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
