@@ -1,4 +1,7 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -99,20 +102,47 @@ TEST(DiskFaults, AMissingSpreadsheetFolderIsPassedOverWithoutAWord) {
     EXPECT_TRUE(rig.folder.Exists(kSheet));
 }
 
-TEST(DiskFaults, AReadOnlyLogsFolderRefusesNewFilesOnly) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "the superuser writes into read-only folders";
+// Read-only to everyone, the superuser included: an immutable folder or file where the file
+// system has the flag, else one without write permission. False when neither can be had.
+bool SetReadOnly(const fs::path& path, bool readOnly) {
+    if (geteuid() != 0) {
+        fs::permissions(path, fs::perms::owner_write,
+                        readOnly ? fs::perm_options::remove : fs::perm_options::add);
+        return true;
     }
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return false;
+    }
+    int flags = 0;
+    bool done = ioctl(descriptor, FS_IOC_GETFLAGS, &flags) == 0;
+    flags = readOnly ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+    done = done && ioctl(descriptor, FS_IOC_SETFLAGS, &flags) == 0;
+    close(descriptor);
+    return done;
+}
+
+TEST(DiskFaults, AReadOnlyLogsFolderKeepsWhatItHasAndTakesRecordsAgainOnceWritable) {
     LoggingRig rig;
+    rig.s.settings.SaveExcel = 1;
     rig.form.startMENU_Click();
     Interval(rig, 1);
-    fs::permissions(rig.folder.path() / "logs", fs::perms::owner_write, fs::perm_options::remove);
-    fs::permissions(rig.folder.path() / kLog, fs::perms::owner_write, fs::perm_options::remove);
+    const fs::path logs = rig.folder.path() / "logs";
+    if (!SetReadOnly(rig.folder.path() / kLog, true) || !SetReadOnly(logs, true)) {
+        SetReadOnly(rig.folder.path() / kLog, false);
+        GTEST_SKIP() << "this file system cannot make a folder read-only to the superuser";
+    }
     Interval(rig, 2);
+    rig.At(2026, 3, 8, 0, 0, 5);  // a new day's file cannot be made either
+    rig.s.GoodDataCount = 1;
+    rig.form.Timer1_Timer();
+    SetReadOnly(logs, false);
+    SetReadOnly(rig.folder.path() / kLog, false);
     ExpectQuietAndCounting(rig, 2);
+    EXPECT_FALSE(rig.folder.Exists("logs/BZ_2026_03_08.txt"));
     EXPECT_EQ(rig.Read(kLog), Record(1));
-    fs::permissions(rig.folder.path() / "logs", fs::perms::owner_write, fs::perm_options::add);
-    fs::permissions(rig.folder.path() / kLog, fs::perms::owner_write, fs::perm_options::add);
+    EXPECT_TRUE(rig.folder.Exists("excel/2026_03_08.xls"));  // the spreadsheet goes on
+
     Interval(rig, 3);
     EXPECT_EQ(rig.Read(kLog), Record(1) + Record(3));
 }
