@@ -75,8 +75,8 @@ private:
     };
 
     void draw(const KeptLine& line);
-    // A line one device pixel wide between two points inside the image.
-    void PlotThinLine(QPointF from, QPointF to, QRgb colour);
+    // A line `thickness` device pixels wide between two points inside the image.
+    void PlotThinLine(QPointF from, QPointF to, QRgb colour, int thickness);
     void endPainting();
     // Brings the image to the widget's size: it may be drawn on before it is first shown.
     void fitImage();
