@@ -29,7 +29,8 @@ GraphWindow::GraphWindow(const GraphMember& member, SharedState& state,
       m_folder(std::move(folder)),
       m_clock(clock),
       m_dialogs(dialogs),
-      m_plot(plot) {
+      m_finitePlot(plot),
+      m_plot(m_finitePlot) {
     caption = std::string(member.designCaption);
     Add("Dir1", "");
     Add("File1", "*.txt");

@@ -147,7 +147,8 @@ private:
     std::filesystem::path m_folder;
     Clock& m_clock;
     Dialogs& m_dialogs;
-    Plot& m_plot;
+    FinitePlot m_finitePlot;
+    Plot& m_plot;  // the window's surface, through m_finitePlot
     WindowLookup m_lookup;
     WindowPrinter* m_printer = nullptr;
 

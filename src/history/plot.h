@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+
 #include <string>
 #include <vector>
+#include "catalogue/failure.h"
 
 namespace brizalog {
 
@@ -23,6 +25,29 @@ public:
     virtual void Line(double x1, double y1, double x2, double y2, std::int32_t colour) = 0;
     virtual void SetBackColour(std::int32_t colour) = 0;
     virtual std::int32_t BackColour() const = 0;
+};
+
+// A surface that takes only numbers it can place: a scale or an end of a line that is infinite
+// or undefined (a logged value so large that the chart's arithmetic overflows) is the failure
+// Overflow, which the window reports, rather than a number the screen cannot turn into pixels.
+class FinitePlot : public Plot {
+public:
+    explicit FinitePlot(Plot& surface) : m_surface(surface) {}
+    void Clear() override { m_surface.Clear(); }
+    void SetScaleWidth(double width) override { m_surface.SetScaleWidth(Finite(width)); }
+    void SetScaleHeight(double height) override { m_surface.SetScaleHeight(Finite(height)); }
+    double ScaleWidth() const override { return m_surface.ScaleWidth(); }
+    double ScaleHeight() const override { return m_surface.ScaleHeight(); }
+    void SetDrawWidth(int pixels) override { m_surface.SetDrawWidth(pixels); }
+    int DrawWidth() const override { return m_surface.DrawWidth(); }
+    void Line(double x1, double y1, double x2, double y2, std::int32_t colour) override {
+        m_surface.Line(Finite(x1), Finite(y1), Finite(x2), Finite(y2), colour);
+    }
+    void SetBackColour(std::int32_t colour) override { m_surface.SetBackColour(colour); }
+    std::int32_t BackColour() const override { return m_surface.BackColour(); }
+
+private:
+    Plot& m_surface;
 };
 
 // The scale a surface has before any chart sets one: the size of the surface in twips.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "history/history_fixture.h"
 
 namespace brizalog::testing {
@@ -170,6 +172,22 @@ TEST_F(LoaderTest, AFieldOfManyDigitsReadsAsTheNumberItIs) {
     ASSERT_EQ(bz.RecordCount, 1);
     EXPECT_DOUBLE_EQ(bz.Series(0)[1], 9788888888888888888.5);
     EXPECT_DOUBLE_EQ(bz.Series(1)[1], 12345678901234567.0);
+}
+
+// Watts of volts times amps beyond the largest number: the chart stops at the record with the
+// message "Overflow" rather than drawing lines the screen cannot place, and the window stays.
+TEST_F(LoaderTest, AChartWhoseValuesOverflowSaysSoAndDrawsOnlyFiniteLines) {
+    WriteLog("BZ_2026_03_07.txt", {BzRecord("08:00", 13.27, 4.4, 312, 8),
+                                   "<T>08:01</T><L>30</L><V1>1e300</V1><A1>1e300</A1>",
+                                   BzRecord("08:02", 13.27, 4.4, 312, 8)});
+    GraphWindow& bz = windows.Open("GraphBZ");
+    EXPECT_EQ(TakeMessages(), Messages{"Overflow"});
+    EXPECT_TRUE(bz.loaded);
+    for (const RecordingPlot::Op& op : windows.PlotOf("GraphBZ").ops()) {
+        for (double v : {op.x1, op.y1, op.x2, op.y2}) {
+            EXPECT_TRUE(std::isfinite(v));
+        }
+    }
 }
 
 }  // namespace
