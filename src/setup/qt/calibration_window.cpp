@@ -189,7 +189,10 @@ void CalibrationWindow::Render() {
         SetText(w.raw, row.Label1.text);
         SetText(w.zero, row.AUTOZEROBUTTON.text);
         Show(w.zero, row.AUTOZEROBUTTON);
-        ShowTextBox(w.factor, row.Text1);
+        // The factor box stands in the row: a withdrawn row takes it along.
+        Control factor = row.Text1;
+        factor.visible = shown && row.Text1.visible;
+        ShowTextBox(w.factor, factor);
         SetText(w.display, row.Label2.text);
         for (auto [button, control] : {std::pair{w.amps, &row.Amps}, std::pair{w.volts, &row.Volts},
                                        std::pair{w.pulse, &row.Pulse}}) {

@@ -60,6 +60,27 @@ private slots:
         QCOMPARE(desk.form->state().calibration.ADCOffset[1], 0.0);
     }
 
+    // A withdrawn row takes its factor box along: system 0 offers rows 1, 9, 12 and 13 only.
+    void aRowNotOfferedShowsNothingOfItself() {
+        testing::WindowDesk desk;
+        desk.StartOnDesktop();
+        desk.Click("setsystem(0)");
+        QStringList shownFactors;
+        desk.desktop.onWindowShown = [&](QWidget* window) {
+            QTimer::singleShot(0, window, [&, window] {
+                for (int i = 1; i <= 16; ++i) {
+                    const QString name = QStringLiteral("Text1(%1)").arg(i);
+                    if (Child<QLineEdit>(window, name)->isVisibleTo(window)) {
+                        shownFactors << name;
+                    }
+                }
+                QTest::keyClick(window, Qt::Key_Escape);
+            });
+        };
+        desk.Click("CALIBRATIONmenu");
+        QCOMPARE(shownFactors, QStringList({"Text1(1)", "Text1(9)", "Text1(12)", "Text1(13)"}));
+    }
+
     void aMeterNeedsNoCalibration() {
         testing::WindowDesk desk;
         desk.StartOnDesktop();
