@@ -3,8 +3,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-
 #include "support/virtual_desk.h"
 
 namespace {
@@ -14,10 +12,7 @@ using brizalog::testing::SampleFrame;
 // System 8 with every channel on the panel, started and laid out.
 struct Desk : brizalog::testing::VirtualDesk {
     Desk() {
-        AllChannelsOn();
-        Start();
-        Click("setsystem(8)");
-        window->show();
+        ShowSystem(8);
         window->Render();
     }
 };
@@ -46,14 +41,3 @@ void BM_RenderWithNothingChanged(benchmark::State& state) {
 BENCHMARK(BM_RenderWithNothingChanged);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -4,8 +4,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
 #include "support/virtual_desk.h"
@@ -16,10 +14,7 @@ using brizalog::testing::SampleFrame;
 
 struct Desk : brizalog::testing::VirtualDesk {
     Desk() {
-        AllChannelsOn();
-        Start();
-        Click("setsystem(8)");
-        window->show();
+        ShowSystem(8);
         window->Render();
     }
     void Frame() {
@@ -58,14 +53,3 @@ void BM_CalibrationTickWithAFrame(benchmark::State& state) {
 BENCHMARK(BM_CalibrationTickWithAFrame);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
