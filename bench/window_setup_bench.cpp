@@ -4,29 +4,14 @@
 
 #include <benchmark/benchmark.h>
 
+#include "panel_desk.h"
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
-#include "support/virtual_desk.h"
 
 namespace {
 
-using brizalog::testing::SampleFrame;
-
-struct Desk : brizalog::testing::VirtualDesk {
-    Desk() {
-        ShowSystem(8);
-        window->Render();
-    }
-    void Frame() {
-        serial.Queue(kFrame);
-        form->MSComm1_OnComm();
-        window->Render();
-    }
-    const std::string kFrame = SampleFrame(8);
-};
-
 void BM_FrameBehindTheHardwareChannelForm(benchmark::State& state) {
-    Desk desk;
+    PanelDesk desk;
     brizalog::ChannelSetupWindow setup("setupHARDWAREchannels", desk.form->state(), desk.folder,
                                        desk.dialogs);
     setup.Load();
@@ -39,7 +24,7 @@ void BM_FrameBehindTheHardwareChannelForm(benchmark::State& state) {
 BENCHMARK(BM_FrameBehindTheHardwareChannelForm);
 
 void BM_CalibrationTickWithAFrame(benchmark::State& state) {
-    Desk desk;
+    PanelDesk desk;
     brizalog::CalibrationWindow calibration(desk.form->state(), desk.folder, desk.dialogs,
                                             desk.timers);
     calibration.Load();
