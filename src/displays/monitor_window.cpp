@@ -84,6 +84,13 @@ struct MonitorKind {
     std::string_view name;
     std::unique_ptr<MonitorWindow> (*make)(const MonitorContext& context);
 };
+
+// A monitor that needs nothing but the shared state.
+template <typename Monitor>
+std::unique_ptr<MonitorWindow> OnTheState(const MonitorContext& context) {
+    return std::make_unique<Monitor>(context.state);
+}
+
 const MonitorKind kMonitors[] = {
     {"plotDiagnostics",
      [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
@@ -101,22 +108,10 @@ const MonitorKind kMonitors[] = {
      [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
          return std::make_unique<BatteryMonitor>(c.state, BatteryMonitor::kSecond);
      }},
-    {"dailyMaximums",
-     [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
-         return std::make_unique<DailyMaximums>(c.state);
-     }},
-    {"rawCOMMS",
-     [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
-         return std::make_unique<RawCommsViewer>(c.state);
-     }},
-    {"dataTOlog",
-     [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
-         return std::make_unique<LogPreview>(c.state);
-     }},
-    {"displayRAWdata",
-     [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
-         return std::make_unique<RawDataViewer>(c.state);
-     }},
+    {"dailyMaximums", &OnTheState<DailyMaximums>},
+    {"rawCOMMS", &OnTheState<RawCommsViewer>},
+    {"dataTOlog", &OnTheState<LogPreview>},
+    {"displayRAWdata", &OnTheState<RawDataViewer>},
 };
 
 }  // namespace

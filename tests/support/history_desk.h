@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QApplication>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <functional>
@@ -62,6 +64,15 @@ struct HistoryDesk {
     std::string dayFile;
     std::unique_ptr<GraphWindowView> view;
 };
+
+// The mouse at `fraction` of the chart's width, half way down, as the window system delivers it.
+inline void Mouse(PlotCanvas& plot, QEvent::Type type, double fraction,
+                  Qt::MouseButton button = Qt::NoButton) {
+    const QPointF at(plot.width() * fraction, plot.height() / 2.0);
+    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
+    QMouseEvent event(type, at, plot.mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&plot, &event);
+}
 
 // From now on each message box of `dialogs` is answered, its text kept in `messages`, and
 // `act` runs on each graph window once its modal loop runs; `act` ends by closing the window.

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "catalogue/control.h"
 #include "window_driver.h"
 
 namespace brizalog::script {
@@ -35,6 +36,20 @@ public:
     void Numbers(std::string_view name, const Array& array) {
         for (int i = Array::kLow; i <= Array::kHigh; ++i) {
             Number(std::string(name) + "[" + std::to_string(i) + "]", array[i]);
+        }
+    }
+    // A control's text and states, as every window's dump prints them.
+    void Control(const std::string& name, const brizalog::Control& control) {
+        Text(name, control.text);
+        Flag(name + ".visible", control.visible);
+        Flag(name + ".enabled", control.enabled);
+        Flag(name + ".checked", control.checked);
+        Number(name + ".colour", control.colour);
+        Number(name + ".forecolour", control.foreColour);
+    }
+    void Controls(const ControlRegistry& controls) {
+        for (const auto& [name, control] : controls.items()) {
+            Control(name, *control);
         }
     }
     // The first word that selected nothing, or empty when every word selected something.

@@ -57,12 +57,7 @@ void ScriptRunner::DumpForm(const std::vector<std::string_view>& filter) {
     out.Text("caption", model.caption);
     out.Number("panelHeight", model.panelHeight);
     for (const auto& [name, control] : model.controls.items()) {
-        out.Text(name, control->text);
-        out.Flag(name + ".visible", control->visible);
-        out.Flag(name + ".enabled", control->enabled);
-        out.Flag(name + ".checked", control->checked);
-        out.Number(name + ".colour", control->colour);
-        out.Number(name + ".forecolour", control->foreColour);
+        out.Control(name, *control);
         if (name.rfind("Frame", 0) == 0) {
             out.Number(name + ".top", control->top);
         }

@@ -12,18 +12,6 @@ namespace brizalog::script {
 
 namespace {
 
-// Every control of a window with its text and states, as the main form's dump prints them.
-void DumpControls(DumpLines& out, const ControlRegistry& controls) {
-    for (const auto& [name, control] : controls.items()) {
-        out.Text(name, control->text);
-        out.Flag(name + ".visible", control->visible);
-        out.Flag(name + ".enabled", control->enabled);
-        out.Flag(name + ".checked", control->checked);
-        out.Number(name + ".colour", control->colour);
-        out.Number(name + ".forecolour", control->foreColour);
-    }
-}
-
 // `click WINDOW.close`: the window's close box in its title bar.
 constexpr std::string_view kTitleBarClose = "close";
 
@@ -62,7 +50,7 @@ public:
     void Dump(DumpLines& out, RunContext& run) const override {
         out.Text("caption", form.model().caption);
         out.Flag("visible", !form.CloseRequested());
-        DumpControls(out, form.model().controls);
+        out.Controls(form.model().controls);
         DumpMore(out, run);
     }
     virtual void DumpMore(DumpLines&, RunContext&) const {}

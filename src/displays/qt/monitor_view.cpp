@@ -39,10 +39,7 @@ void MonitorView::Render() {
         setWindowTitle(title);
     }
     for (const auto& [control, action] : m_entries) {
-        const QString text = ToQt(control->text);
-        if (action->text() != text) {
-            action->setText(text);
-        }
+        ShowText(action, control->text);
     }
     RenderModel();
     if (m_monitor->CloseRequested() && isVisible()) {

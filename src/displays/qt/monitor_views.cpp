@@ -182,10 +182,7 @@ private:
         for (int row = 0; row < DailyMaximums::kRows; ++row) {
             for (auto [label, control] : {std::pair{m_captions[row], &m_model->Channel[row]},
                                           std::pair{m_values[row], &m_model->value[row]}}) {
-                const QString text = ToQt(control->text);
-                if (label->text() != text) {
-                    label->setText(text);
-                }
+                ShowText(label, control->text);
                 ShowState(label, *control);
                 ShowRowColour(label, control->foreColour);
             }

@@ -4,7 +4,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QListWidget>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QTest>
 #include <set>
@@ -32,15 +31,6 @@ std::set<QRgb> Colours(const QImage& image) {
         colours.insert(row, row + image.width());
     }
     return colours;
-}
-
-// The mouse at `fraction` of the chart's width, half way down, as the window system delivers it.
-void Mouse(PlotCanvas& plot, QEvent::Type type, double fraction,
-           Qt::MouseButton button = Qt::NoButton) {
-    const QPointF at(plot.width() * fraction, plot.height() / 2.0);
-    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
-    QMouseEvent event(type, at, plot.mapToGlobal(at), button, held, Qt::NoModifier);
-    QApplication::sendEvent(&plot, &event);
 }
 
 // The colour of the chart's top edge at `fraction` of its width.
@@ -151,7 +141,7 @@ private slots:
         PlotCanvas& plot = desk.view->canvas();
 
         // A quarter across a day logged from 00:01 to 23:58 is about six in the morning.
-        Mouse(plot, QEvent::MouseMove, 0.25);
+        testing::Mouse(plot, QEvent::MouseMove, 0.25);
         const std::string at = desk.Text("vt");
         QVERIFY2(std::abs(Minutes(at.substr(0, 2), at.substr(3, 2)) - 360) <= 5, at.c_str());
         QCOMPARE(plot.toolTip(), QString::fromStdString(at));
@@ -167,11 +157,11 @@ private slots:
         QVERIFY2(desk.Text("vv").starts_with("MAX "), desk.Text("vv").c_str());
 
         // Drag from six to noon: the band runs along the top, the release reads those hours.
-        Mouse(plot, QEvent::MouseButtonPress, 0.25, Qt::LeftButton);
-        Mouse(plot, QEvent::MouseMove, 0.4, Qt::LeftButton);
+        testing::Mouse(plot, QEvent::MouseButtonPress, 0.25, Qt::LeftButton);
+        testing::Mouse(plot, QEvent::MouseMove, 0.4, Qt::LeftButton);
         QCOMPARE(TopEdge(plot, 0.3), qRgb(255, 0, 0));
-        Mouse(plot, QEvent::MouseMove, 0.5, Qt::LeftButton);
-        Mouse(plot, QEvent::MouseButtonRelease, 0.5, Qt::LeftButton);
+        testing::Mouse(plot, QEvent::MouseMove, 0.5, Qt::LeftButton);
+        testing::Mouse(plot, QEvent::MouseButtonRelease, 0.5, Qt::LeftButton);
         const int start = Minutes(desk.Text("Time1h"), desk.Text("Time1m"));
         const int finish = Minutes(desk.Text("Time2h"), desk.Text("Time2m"));
         QVERIFY2(std::abs(start - 360) <= 10 && std::abs(finish - 720) <= 10,

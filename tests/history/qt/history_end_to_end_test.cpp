@@ -2,22 +2,15 @@
 // GraphBZ, opened from its menu entry while logging goes on, draws them.
 
 #include <QListWidget>
-#include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
-#include "acquisition/brizalog.h"
-#include "acquisition/qt/main_window.h"
-#include "acquisition/qt/platform.h"
-#include "app/desktop_dialogs.h"
-#include "catalogue/config_files.h"
 #include "catalogue/files.h"
-#include "catalogue/provisioning.h"
 #include "history/qt/graph_window_view.h"
 #include "support/board_simulator.h"
 #include "support/history_desk.h"
-#include "ui/event_gate.h"
+#include "support/live_desk.h"
 #include "ui/plot_canvas.h"
 
 namespace brizalog {
@@ -29,28 +22,11 @@ private slots:
     void aLoggedStretchOpensInGraphBZWhileLoggingGoesOn() {
         QTemporaryDir dir;
         const std::filesystem::path folder = dir.path().toStdString();
-        ProvisionProgramFolder(folder);
-        Settings settings;
-        settings.PortNumber = 4;
-        settings.BaudRate = 4800;
-        settings.LogDelay = 1;
-        settings.LogOn = 1;
-        settings.WSUnits = "m/s";
-        settings.PersonalString = "From the board";
-        settings.SystemType = 1;
-        WriteSettingsFile(settings, folder);
+        testing::ProvisionLoggingFolder(folder, 4, "From the board");
 
         testing::BoardSimulator board(folder, 4, 1, 10);
         QVERIFY(board.Start());
-        DesktopClock clock;
-        DesktopTimers timers;
-        DesktopSerialLink serial(folder);
-        DevicePortProbe probe(folder);
-        DesktopDialogs dialogs(probe);
-        Brizalog form(folder, {clock, timers, serial, dialogs});
-        serial.SetReceiveHandler([&] { RunHandler([&] { form.MSComm1_OnComm(); }); });
-        MainWindow window(form);
-        dialogs.Attach(&form, &window);
+        testing::LiveDesk desk(folder);
         QStringList messages;
         int recordsShown = 0;
         qsizetype logLinesWhileOpen = 0;
@@ -61,7 +37,7 @@ private slots:
                        : qsizetype(ReadWholeFile(InFolder(folder, "/logs/" + logs[0])).size());
         };
         bool voltsDrawn = false;
-        testing::OnGraphWindow(dialogs, messages, [&](GraphWindowView& view) {
+        testing::OnGraphWindow(desk.dialogs, messages, [&](GraphWindowView& view) {
             // Short intervals log by the hour: the list leads to the file.
             auto* files = view.findChild<QListWidget*>(QStringLiteral("File1"));
             files->setCurrentRow(files->count() - 1);
@@ -80,11 +56,10 @@ private slots:
             });
         });
 
-        RunHandler([&] { form.Form_Load(); });
-        window.show();
+        desk.Start();
         QTRY_VERIFY_WITH_TIMEOUT(logLength() > 0, 10000);
         QTest::qWait(5000);
-        RunHandler([&] { form.Click("PlotGraphBZ"); });
+        RunHandler([&] { desk.form.Click("PlotGraphBZ"); });
         QVERIFY2(recordsShown >= 3, qPrintable(QString::number(recordsShown)));
         QVERIFY(voltsDrawn);
         QVERIFY2(logLinesWhileOpen > 0, "logging stopped behind GraphBZ");

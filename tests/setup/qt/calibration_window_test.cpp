@@ -8,7 +8,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
-#include <QTimer>
 
 #include "setup/qt/calibration_window.h"
 #include "support/window_desk.h"
@@ -31,27 +30,25 @@ private slots:
         QString rawAfterTick;
         QString displayAfterTick;
         double zeroWhileOpen = -1;
-        desk.desktop.onWindowShown = [&](QWidget* window) {
-            QTimer::singleShot(0, window, [&, window] {
-                QCOMPARE(window->windowTitle(), QStringLiteral(" Current Channels Calibration"));
-                desk.Receive(testing::SampleFrame(8));
-                desk.timers.Advance(1000);
-                RunHandler([] {});
-                rawAfterTick = Child<QLabel>(window, QStringLiteral("Label1(1)"))->text();
-                displayAfterTick = Child<QLabel>(window, QStringLiteral("Label2(1)"))->text();
-                auto* zero = Child<QPushButton>(window, QStringLiteral("AUTOZEROBUTTON(1)"));
-                QVERIFY(!zero->isEnabled());
-                QTest::mouseClick(Child<QRadioButton>(window, QStringLiteral("Amps(1)")),
-                                  Qt::LeftButton);
-                QVERIFY(zero->isEnabled());
-                QTest::mouseClick(zero, Qt::LeftButton);
-                zeroWhileOpen = desk.form->state().calibration.ADCOffset[1];
-                desk.timers.Advance(1000);
-                RunHandler([] {});
-                testing::KeepPicture(window, "calibration.png");
-                QTest::keyClick(window, Qt::Key_Escape);
-            });
-        };
+        desk.OnEachWindow([&](QWidget* window) {
+            QCOMPARE(window->windowTitle(), QStringLiteral(" Current Channels Calibration"));
+            desk.Receive(testing::SampleFrame(8));
+            desk.timers.Advance(1000);
+            RunHandler([] {});
+            rawAfterTick = Child<QLabel>(window, QStringLiteral("Label1(1)"))->text();
+            displayAfterTick = Child<QLabel>(window, QStringLiteral("Label2(1)"))->text();
+            auto* zero = Child<QPushButton>(window, QStringLiteral("AUTOZEROBUTTON(1)"));
+            QVERIFY(!zero->isEnabled());
+            QTest::mouseClick(Child<QRadioButton>(window, QStringLiteral("Amps(1)")),
+                              Qt::LeftButton);
+            QVERIFY(zero->isEnabled());
+            QTest::mouseClick(zero, Qt::LeftButton);
+            zeroWhileOpen = desk.form->state().calibration.ADCOffset[1];
+            desk.timers.Advance(1000);
+            RunHandler([] {});
+            testing::KeepPicture(window, "calibration.png");
+            QTest::keyClick(window, Qt::Key_Escape);
+        });
         desk.Click("CALIBRATIONmenu");
 
         QCOMPARE(rawAfterTick, QStringLiteral("215"));
@@ -87,19 +84,17 @@ private slots:
         desk.Click("setsystem(3)");
         QString told;
         bool saveOffered = true;
-        desk.desktop.onWindowShown = [&](QWidget* window) {
-            QTimer::singleShot(0, window, [&, window] {
-                if (testing::AnswerMessage(window, told)) {
-                    return;
+        desk.OnEachWindow([&](QWidget* window) {
+            if (testing::AnswerMessage(window, told)) {
+                return;
+            }
+            for (QAction* action : window->findChildren<QAction*>()) {
+                if (action->objectName() == QStringLiteral("SAVEcalibration")) {
+                    saveOffered = action->isEnabled();
                 }
-                for (QAction* action : window->findChildren<QAction*>()) {
-                    if (action->objectName() == QStringLiteral("SAVEcalibration")) {
-                        saveOffered = action->isEnabled();
-                    }
-                }
-                QTest::keyClick(window, Qt::Key_Escape);
-            });
-        };
+            }
+            QTest::keyClick(window, Qt::Key_Escape);
+        });
         desk.Click("CALIBRATIONmenu");
         QCOMPARE(told, QStringLiteral(
                            "no calibration required for Current Cost.  press EXIT on next screen"));
