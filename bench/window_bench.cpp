@@ -3,42 +3,21 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-
-#include "support/virtual_desk.h"
+#include "panel_desk.h"
 
 namespace {
 
-using brizalog::testing::SampleFrame;
-
-// System 8 with every channel on the panel, started and laid out.
-struct Desk : brizalog::testing::VirtualDesk {
-    Desk() {
-        AllChannelsOn();
-        Start();
-        Click("setsystem(8)");
-        window->show();
-        window->Render();
-    }
-};
-
-const std::string kFrame = SampleFrame(8);
-
 void BM_FrameThroughTheWindow(benchmark::State& state) {
-    Desk desk;
+    PanelDesk desk;
     for (auto _ : state) {
-        desk.serial.Queue(kFrame);
-        desk.form->MSComm1_OnComm();
-        desk.window->Render();
+        desk.Frame();
     }
 }
 BENCHMARK(BM_FrameThroughTheWindow);
 
 void BM_RenderWithNothingChanged(benchmark::State& state) {
-    Desk desk;
-    desk.serial.Queue(kFrame);
-    desk.form->MSComm1_OnComm();
-    desk.window->Render();
+    PanelDesk desk;
+    desk.Frame();
     for (auto _ : state) {
         desk.window->Render();
     }
@@ -46,14 +25,3 @@ void BM_RenderWithNothingChanged(benchmark::State& state) {
 BENCHMARK(BM_RenderWithNothingChanged);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -4,34 +4,14 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-
+#include "panel_desk.h"
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
-#include "support/virtual_desk.h"
 
 namespace {
 
-using brizalog::testing::SampleFrame;
-
-struct Desk : brizalog::testing::VirtualDesk {
-    Desk() {
-        AllChannelsOn();
-        Start();
-        Click("setsystem(8)");
-        window->show();
-        window->Render();
-    }
-    void Frame() {
-        serial.Queue(kFrame);
-        form->MSComm1_OnComm();
-        window->Render();
-    }
-    const std::string kFrame = SampleFrame(8);
-};
-
 void BM_FrameBehindTheHardwareChannelForm(benchmark::State& state) {
-    Desk desk;
+    PanelDesk desk;
     brizalog::ChannelSetupWindow setup("setupHARDWAREchannels", desk.form->state(), desk.folder,
                                        desk.dialogs);
     setup.Load();
@@ -44,7 +24,7 @@ void BM_FrameBehindTheHardwareChannelForm(benchmark::State& state) {
 BENCHMARK(BM_FrameBehindTheHardwareChannelForm);
 
 void BM_CalibrationTickWithAFrame(benchmark::State& state) {
-    Desk desk;
+    PanelDesk desk;
     brizalog::CalibrationWindow calibration(desk.form->state(), desk.folder, desk.dialogs,
                                             desk.timers);
     calibration.Load();
@@ -58,14 +38,3 @@ void BM_CalibrationTickWithAFrame(benchmark::State& state) {
 BENCHMARK(BM_CalibrationTickWithAFrame);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

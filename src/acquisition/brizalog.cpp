@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "catalogue/config_files.h"
+#include "catalogue/control_names.h"
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
 #include "catalogue/provisioning.h"
@@ -18,30 +19,6 @@ constexpr std::string_view kWaitingForData = "Waiting for Data";
 constexpr std::string_view kPortMessage =
     "There is a possible Port Number problem. Check available PORTS\r\n\r\n"
     "RUN SETUP HARDWARE MENU";
-
-// "Amps(2)" → "Amps" and 2; "startMENU" → "startMENU" and -1. False for a malformed index.
-bool SplitIndexedName(std::string_view name, std::string_view& base, int& index) {
-    index = -1;
-    base = name;
-    const std::size_t open = name.find('(');
-    if (open == std::string_view::npos) {
-        return true;
-    }
-    if (name.back() != ')' || open + 2 > name.size() - 1) {
-        return false;
-    }
-    const std::string_view digits = name.substr(open + 1, name.size() - open - 2);
-    int value = 0;
-    for (char c : digits) {
-        if (c < '0' || c > '9' || value > 1000) {
-            return false;
-        }
-        value = value * 10 + (c - '0');
-    }
-    base = name.substr(0, open);
-    index = value;
-    return true;
-}
 
 // The period of Timer1 for a logging interval in seconds, in whole milliseconds.
 int TimerInterval(double seconds) {

@@ -90,6 +90,7 @@ public:
     MainFormModel& model() { return m_model; }
     const MainFormModel& model() const { return m_model; }
     const std::filesystem::path& programFolder() const { return m_folder; }
+    Clock& clock() { return m_services.clock; }
     FormTimer& timer1() { return m_timer1; }
     FormTimer& timer2() { return m_timer2; }
     FormTimer& timer3() { return m_timer3; }

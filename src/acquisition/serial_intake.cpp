@@ -38,6 +38,18 @@ void Brizalog::MSComm1_OnComm() {
 void Brizalog::SerialIntake(std::string_view received) {
     m_receiveBuffer.append(received);
     Control& dataOK = m_model.DataOK;
+    // Both meter decoders take the whole buffer as the frame once it is cut.
+    const auto takeMeterFrame = [&] {
+        m_timer2.Enable();
+        m_meterFrame = m_receiveBuffer;
+        m_state.LastFrame = m_receiveBuffer;
+        ResetReceiveBuffer("");
+        dataOK.colour = kGreen;
+        dataOK.visible = true;
+        m_timer3.Enable();
+        DecodeMeterFrame();
+        CalculateChannels();
+    };
 
     switch (DecoderOf(m_state.settings.SystemType)) {
         case DecoderKind::LoggerFixedTags:
@@ -68,15 +80,7 @@ void Brizalog::SerialIntake(std::string_view received) {
                 if (!m_meterEnd.FoundIn(m_receiveBuffer)) {
                     return;
                 }
-                m_timer2.Enable();
-                m_meterFrame = m_receiveBuffer;
-                m_state.LastFrame = m_receiveBuffer;
-                ResetReceiveBuffer("");
-                dataOK.colour = kGreen;
-                dataOK.visible = true;
-                m_timer3.Enable();
-                DecodeMeterFrame();
-                CalculateChannels();
+                takeMeterFrame();
             } catch (const Failure&) {
             }
             return;
@@ -88,15 +92,7 @@ void Brizalog::SerialIntake(std::string_view received) {
             if (!m_meterStart.FoundIn(m_receiveBuffer) && !m_meterEnd.FoundIn(m_receiveBuffer)) {
                 return;
             }
-            m_timer2.Enable();
-            m_meterFrame = m_receiveBuffer;
-            m_state.LastFrame = m_receiveBuffer;
-            ResetReceiveBuffer("");
-            dataOK.colour = kGreen;
-            dataOK.visible = true;
-            m_timer3.Enable();
-            DecodeMeterFrame();
-            CalculateChannels();
+            takeMeterFrame();
             return;
 
         case DecoderKind::None:

@@ -11,6 +11,7 @@
 #include "displays/qt/monitor_view.h"
 #include "help/qt/about_window.h"
 #include "help/qt/help_window.h"
+#include "history/qt/graph_window_view.h"
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
 #include "setup/qt/program_setup_window.h"
@@ -49,6 +50,11 @@ DesktopDialogs::~DesktopDialogs() {
     }
 }
 
+QWidget* DesktopDialogs::Foremost() const {
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : m_parent.data();
+}
+
 int DesktopDialogs::Exec(QDialog& dialog) {
     if (onWindowShown) {
         onWindowShown(&dialog);
@@ -57,8 +63,9 @@ int DesktopDialogs::Exec(QDialog& dialog) {
 }
 
 void DesktopDialogs::ShowMessage(const std::string& text) {
+    // Over the window that asked: a channel form's message stands over the form, not behind it.
     QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Brizalog"), MessageText(text),
-                    QMessageBox::Ok, m_parent);
+                    QMessageBox::Ok, Foremost());
     Exec(box);
 }
 
@@ -76,6 +83,13 @@ void DesktopDialogs::OpenWindow(std::string_view name, bool /*modal*/) {
         Exec(window);
     } else if (name == "frmAbout") {
         AboutWindow window(m_parent);
+        Exec(window);
+    } else if (const GraphMember* member = FindGraphMember(name)) {
+        // GraphBZ, GraphDEMO, GraphRE, GraphML, GraphCC and GraphCC_QX: each opening is a fresh
+        // window, which loads and shows today's log when there is one.
+        GraphWindowView window(*member, m_form->state(), m_form->programFolder(), m_form->clock(),
+                               *this, m_parent);
+        window.Load();
         Exec(window);
     } else if (IsMonitorWindow(name)) {
         OpenMonitorWindow(name);
@@ -139,8 +153,7 @@ void DesktopDialogs::CloseMonitors() {
 // A small input window stands over the window that is active when it opens: its channel form.
 void DesktopDialogs::OpenSetupWindow(std::string_view name) {
     SharedState& state = m_form->state();
-    QWidget* over = QApplication::activeModalWidget() != nullptr ? QApplication::activeModalWidget()
-                                                                 : m_parent.data();
+    QWidget* over = Foremost();
     if (ChannelSetup::IsChannelSetup(name)) {
         ChannelSetupWindow window(name, state, m_form->programFolder(), *this, over);
         window.Load();

@@ -34,8 +34,8 @@ public:
     void SetTimers(TimerBackend* timers) { m_timers = timers; }
 
     void ShowMessage(const std::string& text) override;
-    // Opens ProgramSetup, FindComms, frmAbout, the monitors, the channel forms, their small
-    // input windows, CALIBRATION and the help viewer info.
+    // Opens ProgramSetup, FindComms, frmAbout, the monitors, the six graph windows, the channel
+    // forms, their small input windows, CALIBRATION and the help viewer info.
     void OpenWindow(std::string_view name, bool modal) override;
 
     // The monitor window `name` while it is open, else null.
@@ -51,6 +51,8 @@ private:
     void OpenMonitorWindow(std::string_view name);
     void CloseMonitors();
     void OpenSetupWindow(std::string_view name);
+    // The modal window on top, or the main window when none is up.
+    QWidget* Foremost() const;
     // The timers given by SetTimers, or QTimers of the dialogs' own.
     TimerBackend& WindowTimers();
 

@@ -216,4 +216,19 @@ long long RoundToInteger(double value, long long low, long long high) {
     return static_cast<long long>(rounded);
 }
 
+std::vector<std::string> LinesOf(std::string_view text) {
+    constexpr std::string_view kLineEnd = "\r\n";
+    std::vector<std::string> lines;
+    std::size_t from = 0;
+    for (;;) {
+        const std::size_t at = text.find(kLineEnd, from);
+        if (at == std::string_view::npos) {
+            lines.emplace_back(text.substr(from));
+            return lines;
+        }
+        lines.emplace_back(text.substr(from, at - from));
+        from = at + kLineEnd.size();
+    }
+}
+
 }  // namespace brizalog

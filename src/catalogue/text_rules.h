@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace brizalog {
 
@@ -33,6 +34,10 @@ std::string ReadTagValueUneven(std::string_view text, std::string_view openForSt
 // negative length, the run-time failure that the intake's trap catches.
 bool ExtractTagValue(std::string_view text, std::string_view startTag, std::string_view endTag,
                      std::string& value);
+
+// The text cut at each CR LF. A text that ends in CR LF gives an empty last line, as files
+// written line by line do.
+std::vector<std::string> LinesOf(std::string_view text);
 
 // The number rule: blanks skipped, then the longest prefix that reads as a decimal number
 // ("." as decimal mark, optional sign and exponent); 0 when there is none. "10 seconds" is 10.

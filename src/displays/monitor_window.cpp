@@ -17,6 +17,7 @@ MonitorWindow::MonitorWindow(std::string name, std::string caption, int timerInt
     // A display never ends the program: a tick that fails (a number no pattern can show) ends
     // that tick only, and the next one tries again.
     Timer1.SetHandler([this] {
+        ++m_changes;
         try {
             Timer1_Timer();
         } catch (const Failure&) {
@@ -34,12 +35,14 @@ bool MonitorWindow::Click(std::string_view control) {
         return false;
     }
     if (item->visible && !m_closeRequested) {
+        ++m_changes;
         ClickControl(control);
     }
     return true;
 }
 
 void MonitorWindow::Close() {
+    ++m_changes;
     Timer1.Disable();
     m_closeRequested = true;
 }
@@ -74,16 +77,48 @@ std::vector<std::pair<std::string, std::string>> MonitorWindow::Dump() const {
     return items;
 }
 
-const std::vector<std::string_view>& MonitorWindowNames() {
-    static const std::vector<std::string_view> kNames = {
-        "plotDiagnostics", "BarGraphs", "BATTMonitor", "BATTMonitor2",
-        "dailyMaximums",   "rawCOMMS",  "dataTOlog",   "displayRAWdata"};
-    return kNames;
+namespace {
+
+// Every monitor by its name, in the order of the menus, with how it is made.
+struct MonitorKind {
+    std::string_view name;
+    std::unique_ptr<MonitorWindow> (*make)(const MonitorContext& context);
+};
+
+// A monitor that needs nothing but the shared state.
+template <typename Monitor>
+std::unique_ptr<MonitorWindow> OnTheState(const MonitorContext& context) {
+    return std::make_unique<Monitor>(context.state);
 }
 
+const MonitorKind kMonitors[] = {
+    {"plotDiagnostics",
+     [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
+         return std::make_unique<PerformancePlot>(c.state, *c.surface, c.plotMode);
+     }},
+    {"BarGraphs",
+     [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
+         return std::make_unique<BarMeters>(c.state, c.dialogs, *c.surface);
+     }},
+    {"BATTMonitor",
+     [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
+         return std::make_unique<BatteryMonitor>(c.state, BatteryMonitor::kFirst);
+     }},
+    {"BATTMonitor2",
+     [](const MonitorContext& c) -> std::unique_ptr<MonitorWindow> {
+         return std::make_unique<BatteryMonitor>(c.state, BatteryMonitor::kSecond);
+     }},
+    {"dailyMaximums", &OnTheState<DailyMaximums>},
+    {"rawCOMMS", &OnTheState<RawCommsViewer>},
+    {"dataTOlog", &OnTheState<LogPreview>},
+    {"displayRAWdata", &OnTheState<RawDataViewer>},
+};
+
+}  // namespace
+
 bool IsMonitorWindow(std::string_view name) {
-    for (std::string_view monitor : MonitorWindowNames()) {
-        if (monitor == name) {
+    for (const MonitorKind& kind : kMonitors) {
+        if (kind.name == name) {
             return true;
         }
     }
@@ -92,30 +127,10 @@ bool IsMonitorWindow(std::string_view name) {
 
 std::unique_ptr<MonitorWindow> MakeMonitorWindow(std::string_view name,
                                                  const MonitorContext& context) {
-    SharedState& state = context.state;
-    if (name == "plotDiagnostics") {
-        return std::make_unique<PerformancePlot>(state, *context.surface, context.plotMode);
-    }
-    if (name == "BarGraphs") {
-        return std::make_unique<BarMeters>(state, context.dialogs, *context.surface);
-    }
-    if (name == "BATTMonitor") {
-        return std::make_unique<BatteryMonitor>(state, BatteryMonitor::kFirst);
-    }
-    if (name == "BATTMonitor2") {
-        return std::make_unique<BatteryMonitor>(state, BatteryMonitor::kSecond);
-    }
-    if (name == "dailyMaximums") {
-        return std::make_unique<DailyMaximums>(state);
-    }
-    if (name == "rawCOMMS") {
-        return std::make_unique<RawCommsViewer>(state);
-    }
-    if (name == "dataTOlog") {
-        return std::make_unique<LogPreview>(state);
-    }
-    if (name == "displayRAWdata") {
-        return std::make_unique<RawDataViewer>(state);
+    for (const MonitorKind& kind : kMonitors) {
+        if (kind.name == name) {
+            return kind.make(context);
+        }
     }
     return nullptr;
 }

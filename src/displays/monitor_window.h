@@ -45,6 +45,10 @@ public:
     // Closing by the window's frame: the timer stops with it.
     void Close();
 
+    // A count that moves whenever the model may have changed: at each tick and each click. The
+    // window layer renders the model again only when it has moved, not at every frame.
+    unsigned long Changes() const { return m_changes; }
+
     // The drawing surface of the window, or null for a window without one.
     virtual Plot* surface() { return nullptr; }
 
@@ -65,6 +69,7 @@ protected:
 private:
     std::string m_name;
     bool m_closeRequested = false;
+    unsigned long m_changes = 0;
 };
 
 // What a monitor reads and reports through: the shared state of the main form, and its message
@@ -78,8 +83,7 @@ struct MonitorContext {
     Plot* surface = nullptr;
 };
 
-// The names of the eight monitor windows, in the order of the menus.
-const std::vector<std::string_view>& MonitorWindowNames();
+// True for the names of the eight monitor windows.
 bool IsMonitorWindow(std::string_view name);
 // A new, unopened monitor window `name`; null for a name that is no monitor. BarGraphs and
 // plotDiagnostics draw on `context.surface`, which must then be given.

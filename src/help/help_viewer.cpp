@@ -2,6 +2,7 @@
 
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
+#include "catalogue/text_rules.h"
 
 namespace brizalog {
 
@@ -15,25 +16,6 @@ const std::array<HelpTopic, 5> kHelpTopics{{
      "helper crediting file seems to be missing"},
     {"myinfo", "ABOUT", "my info", "/MyInfo.txt", "/MyInfo.cfg", "Myinfo file seems to be missing"},
 }};
-
-namespace {
-
-// The text cut at each CR LF; a text that ends in CR LF gives an empty last line.
-std::vector<std::string> SplitLines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::size_t start = 0;
-    for (;;) {
-        const std::size_t end = text.find(kCrLf, start);
-        if (end == std::string::npos) {
-            lines.push_back(text.substr(start));
-            return lines;
-        }
-        lines.push_back(text.substr(start, end - start));
-        start = end + kCrLf.size();
-    }
-}
-
-}  // namespace
 
 std::string CodeLine(std::string_view line) {
     std::string code = "temp = temp & \"";
@@ -66,7 +48,7 @@ void HelpViewer::ShowTopic(const HelpTopic& topic) {
     }
     std::vector<std::string> lines;
     try {
-        lines = SplitLines(ReadWholeFile(InFolder(m_folder, topic.read)));
+        lines = LinesOf(ReadWholeFile(InFolder(m_folder, topic.read)));
     } catch (const Failure&) {
         return;
     }
@@ -83,7 +65,7 @@ void HelpViewer::codeMaker_Click() {
     }
     try {
         std::string code;
-        for (const std::string& line : SplitLines(ReadWholeFile(source))) {
+        for (const std::string& line : LinesOf(ReadWholeFile(source))) {
             code.append(CodeLine(line)).append(kCrLf);
         }
         WriteWholeFile(InFolder(m_folder, "/code.cfg"), code);

@@ -35,12 +35,19 @@ void GraphWindow::Collate() {
 
 // ---- CSV export -------------------------------------------------------------------------------
 
+std::string GraphWindow::CsvName() const {
+    const auto text = [&](std::string_view name) -> const std::string& {
+        return m_controls.Find(name)->text;
+    };
+    const std::string& fileName = text("FileName");
+    // A name without "." fails on the cut.
+    return Mid(fileName, 1, InStr(fileName, ".") - 1) + "_" + text("Time1h") + text("Time1m") +
+           "_" + text("Time2h") + text("Time2m");
+}
+
 void GraphWindow::ExportCsv() {
     const std::string& fileName = Ctl("FileName").text;
-    // A name without "." fails on the cut.
-    const std::string csvName = Mid(fileName, 1, InStr(fileName, ".") - 1) + "_" +
-                                Ctl("Time1h").text + Ctl("Time1m").text + "_" + Ctl("Time2h").text +
-                                Ctl("Time2m").text;
+    const std::string csvName = CsvName();
     const std::filesystem::path csvPath =
         InFolder(m_folder, std::string(m_member.csvFolder) + csvName + ".csv");
     if (m_member.csvMarksExcel) {

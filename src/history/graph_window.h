@@ -116,6 +116,9 @@ public:
     void XAxisTime_Click();
     void Collate();
     void ExportCsv();
+    // The name of the view's export, without its extension: "BZ_2026_03_07_0815_1730". A
+    // FileName without "." fails on the cut.
+    std::string CsvName() const;
     void PrintButton_Click();
 
 private:

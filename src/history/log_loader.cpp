@@ -19,21 +19,6 @@ constexpr std::string_view kLongLimitMessage =
     "Over 10,000 records, too many to display. Please use a smaller time range. If you set you "
     "logging interval to 10 seconds or more, you wont have this problem in the future. ";
 
-// The lines of a log, split at CR LF. A log ends in CR LF, so the last line is empty.
-std::vector<std::string> SplitLines(std::string_view text) {
-    std::vector<std::string> lines;
-    std::size_t from = 0;
-    for (;;) {
-        const std::size_t at = text.find(kCrLf, from);
-        if (at == std::string_view::npos) {
-            lines.emplace_back(text.substr(from));
-            return lines;
-        }
-        lines.emplace_back(text.substr(from, at - from));
-        from = at + kCrLf.size();
-    }
-}
-
 // Finds tags in one record line. Every tag the windows look for begins with "<", and a log line
 // is dense with them, so the line's "<" positions are kept once per line in buckets by the two
 // characters that follow; a search compares only the candidates of its bucket, in line order, and
@@ -202,7 +187,7 @@ void GraphWindow::ReadLog() {
     }
 
     if (read) {
-        LogRecords = SplitLines(ReadWholeFile(path));
+        LogRecords = LinesOf(ReadWholeFile(path));
         RecordCount = 0;
         ZoomLock = 0;
 

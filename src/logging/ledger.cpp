@@ -41,19 +41,6 @@ constexpr std::array<ReplayRule, kSystemTypeCount> kReplayRules{{
     ReplayRule::DcAndMains,
 }};
 
-std::vector<std::string_view> SplitAtCrLf(std::string_view text) {
-    std::vector<std::string_view> lines;
-    for (;;) {
-        const std::size_t end = text.find(kCrLf);
-        if (end == std::string_view::npos) {
-            lines.push_back(text);
-            return lines;
-        }
-        lines.push_back(text.substr(0, end));
-        text.remove_prefix(end + kCrLf.size());
-    }
-}
-
 // True and the number when both "<tag>" and "</tag>" are in the line.
 bool ReadField(std::string_view line, std::string_view open, std::string_view close,
                double& number) {
@@ -173,7 +160,7 @@ bool ReplayLogText(std::string_view text, int systemType, SharedState& state) {
     const ReplayRule rule = IsKnownSystemType(systemType)
                                 ? kReplayRules[static_cast<std::size_t>(systemType)]
                                 : ReplayRule::None;
-    const std::vector<std::string_view> lines = SplitAtCrLf(text);
+    const std::vector<std::string> lines = LinesOf(text);
     bool intervalAssumed = false;
     // Line 0, the day's first record, is left out, and so is the empty text behind the last
     // CR LF (or a last line that was cut short before its CR LF).

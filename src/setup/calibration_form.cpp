@@ -9,7 +9,7 @@
 #include "catalogue/files.h"
 #include "catalogue/patterns.h"
 #include "catalogue/text_rules.h"
-#include "setup/row_names.h"
+#include "setup/form_rows.h"
 
 namespace brizalog {
 
@@ -224,45 +224,39 @@ void CalibrationForm::Close() {
 }
 
 bool CalibrationForm::Click(std::string_view name) {
-    Control* control = m_model.controls.Find(name);
-    if (control == nullptr) {
-        return false;
-    }
-    std::string_view base;
-    int i = -1;
-    SplitRowName(name, base, i);
-    const bool inRow = IsMeasuredChannel(i);
-    if (!control->enabled || !control->visible || (inRow && !m_model.rows[i].Channel.visible)) {
-        return true;
-    }
-    struct RowAction {
+    struct Action {
         std::string_view name;
         void (CalibrationForm::*click)(int);
     };
-    static constexpr RowAction kRowActions[] = {
+    static constexpr Action kRowActions[] = {
         {"AUTOZEROBUTTON", &CalibrationForm::AUTOZEROBUTTON_Click},
         {"ZeroReset", &CalibrationForm::ZeroReset_Click},
         {"Amps", &CalibrationForm::Amps_Click},
         {"Volts", &CalibrationForm::Volts_Click},
         {"Pulse", &CalibrationForm::Pulse_Click},
     };
-    if (base == "SAVEcalibration") {
-        SAVEcalibration_Click();
-    } else if (base == "CalibrationExit") {
-        CalibrationExit_Click();
-    }
-    for (const RowAction& action : kRowActions) {
-        if (base == action.name) {
-            (this->*action.click)(i);
-        }
-    }
-    return true;
+    const auto offered = [this](int i) {
+        return IsMeasuredChannel(i) && m_model.rows[i].Channel.visible;
+    };
+    return ClickByName(m_model.controls, name, offered,
+                       [this](Control&, std::string_view base, int i) {
+                           if (base == "SAVEcalibration") {
+                               SAVEcalibration_Click();
+                           } else if (base == "CalibrationExit") {
+                               CalibrationExit_Click();
+                           }
+                           for (const Action& action : kRowActions) {
+                               if (base == action.name) {
+                                   (this->*action.click)(i);
+                               }
+                           }
+                       });
 }
 
 bool CalibrationForm::SetText(std::string_view name, std::string_view text) {
     std::string_view base;
     int i = -1;
-    if (!SplitRowName(name, base, i) || base != "Text1" || !IsMeasuredChannel(i)) {
+    if (!SplitIndexedName(name, base, i) || base != "Text1" || !IsMeasuredChannel(i)) {
         return false;
     }
     if (m_model.rows[i].Channel.visible) {

@@ -8,7 +8,7 @@
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
 #include "catalogue/text_rules.h"
-#include "setup/row_names.h"
+#include "setup/form_rows.h"
 
 namespace brizalog {
 
@@ -208,6 +208,8 @@ bool ChannelSetup::ReadTable(std::string& text) {
 }
 
 void ChannelSetup::ReadAllChannels(const std::string& text) {
+    // Only the hardware form shows the limits, and repairs a limit of 0 from what its box shows.
+    const bool limits = m_member.limitsAndColours;
     ChannelTable& t = m_state.channels;
     for (int n = 1; n <= kChannelCount; ++n) {
         ChannelRow& row = m_model.rows[n];
@@ -221,7 +223,14 @@ void ChannelSetup::ReadAllChannels(const std::string& text) {
                 ParseNumber(Tag(text, "L", n)), std::numeric_limits<std::int32_t>::min(),
                 std::numeric_limits<std::int32_t>::max()));
         });
-        PassingOver([&] { t.MaxLimit[n] = Limit(ParseNumber(Tag(text, "M", n))); });
+        PassingOver([&] {
+            t.MaxLimit[n] = Limit(ParseNumber(Tag(text, "M", n)));
+            if (limits && t.MaxLimit[n] != 0) {
+                row.MAXLimit.text = std::to_string(t.MaxLimit[n]);
+            } else if (limits) {
+                t.MaxLimit[n] = Limit(ParseNumber(row.MAXLimit.text));
+            }
+        });
         PassingOver([&] { t.XMLsoftware[n] = Tag(text, "XMLsoftware", n); });
         PassingOver([&] { t.XMLhardware[n] = Tag(text, "XMLhardware", n); });
         t.LineColour[n] = row.dataCHANNEL.foreColour;
@@ -254,39 +263,14 @@ void ChannelSetup::OpenHardware() {
     if (!ReadTable(text)) {
         return;
     }
+    ReadAllChannels(text);
     for (int n = 1; n <= kChannelCount; ++n) {
         ChannelRow& row = m_model.rows[n];
-        PassingOver([&] {
-            t.enableLOGGING[n] = FlagTag(text, "enableLOGGING", n);
-            row.CheckEnable.checked = t.enableLOGGING[n] != 0;
-        });
-        PassingOver([&] { t.enableDISPLAY[n] = FlagTag(text, "enableDISPLAY", n); });
-        PassingOver([&] { t.enableGRAPHING[n] = FlagTag(text, "enableGRAPHING", n); });
-        PassingOver([&] { t.HARDWAREenabled[n] = FlagTag(text, "HARDWAREenabled", n); });
-        PassingOver([&] { row.dataCHANNEL.text = Tag(text, "C", n); });
-        PassingOver([&] {
-            row.dataCHANNEL.foreColour = static_cast<int>(RoundToInteger(
-                ParseNumber(Tag(text, "L", n)), std::numeric_limits<std::int32_t>::min(),
-                std::numeric_limits<std::int32_t>::max()));
-        });
-        PassingOver([&] {
-            t.MaxLimit[n] = Limit(ParseNumber(Tag(text, "M", n)));
-            if (t.MaxLimit[n] != 0) {
-                row.MAXLimit.text = std::to_string(t.MaxLimit[n]);
-            } else {
-                // A limit of 0 in the file is repaired from what the box shows.
-                t.MaxLimit[n] = Limit(ParseNumber(row.MAXLimit.text));
-            }
-        });
-        PassingOver([&] { t.XMLsoftware[n] = Tag(text, "XMLsoftware", n); });
-        PassingOver([&] { t.XMLhardware[n] = Tag(text, "XMLhardware", n); });
         if (!t.XMLhardware[n].empty()) {
             row.XMLcode.text = t.XMLhardware[n];
         } else {
             t.XMLhardware[n] = row.XMLcode.text;
         }
-        t.LineColour[n] = row.dataCHANNEL.foreColour;
-        t.ChannelName[n] = row.dataCHANNEL.text;
         // The hardware flag has the last word over the offered rows and enableLOGGING, and
         // makes the tag of an enabled power row active again.
         row.CheckEnable.checked = t.HARDWAREenabled[n] == 1;
@@ -410,38 +394,30 @@ void ChannelSetup::SaveSettings_Click() {
 }
 
 bool ChannelSetup::Click(std::string_view name) {
-    Control* control = m_model.controls.Find(name);
-    if (control == nullptr) {
-        return false;
-    }
-    std::string_view base;
-    int i = -1;
-    SplitRowName(name, base, i);
-    const bool inRow = IsChannel(i);
-    if (!control->enabled || !control->visible || (inRow && !m_model.rows[i].Frame.visible)) {
-        return true;
-    }
-    if (base == "SaveSettings") {
-        SaveSettings_Click();
-    } else if (base == "Label1") {
-        Label1_Click();
-    } else if (base == "CheckEnable") {
-        control->checked = !control->checked;
-        CheckEnable_Click(i);
-    } else if (base == "dataCHANNEL") {
-        dataCHANNEL_Click(i);
-    } else if (base == "ChannelColour") {
-        ChannelColour_Click(i);
-    } else if (base == "XMLcode") {
-        XMLcode_Click(i);
-    }
-    return true;
+    const auto offered = [this](int i) { return IsChannel(i) && m_model.rows[i].Frame.visible; };
+    return ClickByName(m_model.controls, name, offered,
+                       [this](Control& control, std::string_view base, int i) {
+                           if (base == "SaveSettings") {
+                               SaveSettings_Click();
+                           } else if (base == "Label1") {
+                               Label1_Click();
+                           } else if (base == "CheckEnable") {
+                               control.checked = !control.checked;
+                               CheckEnable_Click(i);
+                           } else if (base == "dataCHANNEL") {
+                               dataCHANNEL_Click(i);
+                           } else if (base == "ChannelColour") {
+                               ChannelColour_Click(i);
+                           } else if (base == "XMLcode") {
+                               XMLcode_Click(i);
+                           }
+                       });
 }
 
 bool ChannelSetup::SetText(std::string_view name, std::string_view text) {
     std::string_view base;
     int i = -1;
-    if (!m_member.limitsAndColours || !SplitRowName(name, base, i) || base != "MAXLimit" ||
+    if (!m_member.limitsAndColours || !SplitIndexedName(name, base, i) || base != "MAXLimit" ||
         !IsChannel(i)) {
         return false;
     }

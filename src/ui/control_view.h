@@ -24,6 +24,20 @@ inline QColor ToQColor(int colour) {
     return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
 }
 
+// The name of the control `base` of row `i`, as "Amps(3)".
+inline QString IndexedName(const char* base, int i) {
+    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(base)).arg(i);
+}
+
+// Any widget with a text (label, button, action): the text is set only when it differs.
+template <typename Widget>
+void ShowText(Widget* widget, const std::string& text) {
+    const QString shown = ToQt(text);
+    if (widget->text() != shown) {
+        widget->setText(shown);
+    }
+}
+
 inline void ShowState(QWidget* widget, const Control& control) {
     if (widget->isVisibleTo(widget->parentWidget()) != control.visible) {
         widget->setVisible(control.visible);
@@ -49,10 +63,7 @@ inline void ShowColours(QWidget* widget, const Control& control) {
 }
 
 inline void ShowLabel(QLabel* label, const Control& control) {
-    const QString text = ToQt(control.text);
-    if (label->text() != text) {
-        label->setText(text);
-    }
+    ShowText(label, control.text);
     ShowState(label, control);
     ShowColours(label, control);
 }
@@ -66,10 +77,7 @@ inline void ShowGroup(QGroupBox* group, const Control& control) {
 }
 
 inline void ShowButton(QAbstractButton* button, const Control& control) {
-    const QString text = ToQt(control.text);
-    if (button->text() != text) {
-        button->setText(text);
-    }
+    ShowText(button, control.text);
     if (button->isCheckable() && button->isChecked() != control.checked) {
         button->setChecked(control.checked);
     }
@@ -79,10 +87,7 @@ inline void ShowButton(QAbstractButton* button, const Control& control) {
 // A text box: editable when the control is enabled. The text is put back only when the model
 // holds another text than the box, so typing is never overwritten by a render.
 inline void ShowTextBox(QLineEdit* box, const Control& control) {
-    const QString text = ToQt(control.text);
-    if (box->text() != text) {
-        box->setText(text);
-    }
+    ShowText(box, control.text);
     if (box->isReadOnly() == control.enabled) {
         box->setReadOnly(!control.enabled);
     }

@@ -95,8 +95,13 @@ void PlotCanvas::Line(double x1, double y1, double x2, double y2, std::int32_t c
             m_keeping = false;
         }
     }
+    fitImage();
     draw(line);
-    update();
+    // One repaint for however many lines arrive before the next expose.
+    if (!m_updateQueued) {
+        m_updateQueued = true;
+        update();
+    }
 }
 
 void PlotCanvas::SetBackColour(std::int32_t colour) {
@@ -127,30 +132,84 @@ const QImage& PlotCanvas::image() {
 }
 
 void PlotCanvas::draw(const KeptLine& line) {
-    if (!m_painter) {
-        fitImage();
-        m_painter = std::make_unique<QPainter>(&m_image);
-        m_painter->setRenderHint(QPainter::Antialiasing, false);
-    }
-    const double w = width();
-    const double h = height();
-    QPointF a(line.x1 * w, line.y1 * h);
+    const double w = m_image.width();
+    const double h = m_image.height();
+    const double ratio = m_image.devicePixelRatio();
+    QPointF a(line.x1 * w, line.y1 * h);  // device pixels
     QPointF b(line.x2 * w, line.y2 * h);
-    const double margin = line.width + 2.0;
+    if (line.width == 1 && ratio <= 3) {
+        // The thin lines of the time charts, up to twelve series of 10,000 records, are set
+        // pixel by pixel: far cheaper than a painter's call each. On a screen of 150 % or
+        // 200 % scale one pixel of the surface is two of the device.
+        if (ClipToBox(a, b, QRectF(0, 0, w - 1, h - 1))) {
+            endPainting();
+            PlotThinLine(a, b, ToRgb(line.colour), std::max(1, qRound(ratio)));
+        }
+        return;
+    }
+    const double margin = (line.width + 2.0) * ratio;
     if (!ClipToBox(a, b, QRectF(-margin, -margin, w + 2 * margin, h + 2 * margin))) {
         return;
     }
-    QPen pen{QColor(ToRgb(line.colour))};
-    pen.setWidth(line.width);
-    pen.setCapStyle(line.width > 1 ? Qt::RoundCap : Qt::SquareCap);
-    pen.setJoinStyle(Qt::RoundJoin);
-    if (m_painter->pen() != pen) {
-        m_painter->setPen(pen);
+    if (!m_painter) {
+        m_painter = std::make_unique<QPainter>(&m_image);
+        m_painter->setRenderHint(QPainter::Antialiasing, false);
     }
+    if (m_pen.color().rgb() != ToRgb(line.colour) || m_pen.width() != line.width) {
+        m_pen = QPen(QColor(ToRgb(line.colour)), line.width, Qt::SolidLine, Qt::RoundCap,
+                     Qt::RoundJoin);
+    }
+    if (m_painter->pen() != m_pen) {
+        m_painter->setPen(m_pen);
+    }
+    a /= ratio;
+    b /= ratio;
     if (a == b) {
         m_painter->drawPoint(a);
     } else {
         m_painter->drawLine(a, b);
+    }
+}
+
+void PlotCanvas::PlotThinLine(QPointF from, QPointF to, QRgb colour, int thickness) {
+    int x0 = qRound(from.x());
+    int y0 = qRound(from.y());
+    const int x1 = qRound(to.x());
+    const int y1 = qRound(to.y());
+    const int dx = std::abs(x1 - x0);
+    const int dy = -std::abs(y1 - y0);
+    const int sx = x0 < x1 ? 1 : -1;
+    const int sy = y0 < y1 ? 1 : -1;
+    uchar* bits = m_image.bits();
+    const qsizetype stride = m_image.bytesPerLine();
+    const int right = m_image.width() - 1;
+    const int bottom = m_image.height() - 1;
+    const int first = -(thickness - 1) / 2;  // a square of `thickness` pixels around each point
+    const int last = first + thickness - 1;
+    int error = dx + dy;
+    for (;;) {
+        if (thickness == 1) {
+            reinterpret_cast<QRgb*>(bits + y0 * stride)[x0] = colour;
+        } else {
+            for (int y = std::max(0, y0 + first); y <= std::min(bottom, y0 + last); ++y) {
+                auto* row = reinterpret_cast<QRgb*>(bits + y * stride);
+                for (int x = std::max(0, x0 + first); x <= std::min(right, x0 + last); ++x) {
+                    row[x] = colour;
+                }
+            }
+        }
+        if (x0 == x1 && y0 == y1) {
+            break;
+        }
+        const int twice = 2 * error;
+        if (twice >= dy) {
+            error += dy;
+            x0 += sx;
+        }
+        if (twice <= dx) {
+            error += dx;
+            y0 += sy;
+        }
     }
 }
 
@@ -174,6 +233,7 @@ QPointF PlotCanvas::toScale(QPointF position) const {
 }
 
 void PlotCanvas::paintEvent(QPaintEvent* event) {
+    m_updateQueued = false;
     fitImage();
     endPainting();
     QPainter painter(this);

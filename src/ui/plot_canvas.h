@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPen>
 #include <QWidget>
 #include <cstddef>
 #include <cstdint>
@@ -74,6 +75,8 @@ private:
     };
 
     void draw(const KeptLine& line);
+    // A line `thickness` device pixels wide between two points inside the image.
+    void PlotThinLine(QPointF from, QPointF to, QRgb colour, int thickness);
     void endPainting();
     // Brings the image to the widget's size: it may be drawn on before it is first shown.
     void fitImage();
@@ -82,6 +85,8 @@ private:
 
     QImage m_image;
     std::unique_ptr<QPainter> m_painter;  // open while lines arrive, closed before each expose
+    QPen m_pen;
+    bool m_updateQueued = false;
     std::vector<KeptLine> m_kept;
     bool m_keeping = true;
     double m_scaleWidth = kPlotDesignWidth;

@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "acquisition/form_fixture.h"
-#include "catalogue/failure.h"
+#include "support/failure_kind.h"
 
 namespace brizalog::testing {
 namespace {
 
 TEST(Scaling, RawBelowOffsetIsZeroAndANegativeDividerStillMultiplies) {
-    FormFixture f(1);
-    f.Start();
+    StartedForm f(1);
     auto& calibration = f.state().calibration;
     calibration.ADCOffset[1] = 100;
     calibration.ADCOffset[2] = 100;
@@ -19,8 +18,7 @@ TEST(Scaling, RawBelowOffsetIsZeroAndANegativeDividerStillMultiplies) {
 }
 
 TEST(Extremes, DeadVoltageIsNeverAMinimumAndTemperaturesNeedAPositiveReading) {
-    FormFixture f(1);
-    f.Start();
+    StartedForm f(1);
     f.Receive("[<V1>0</V1><W1>-5</W1>]");
     EXPECT_EQ(f.state().DailyExtreme[24], 1000.0);
     EXPECT_EQ(f.state().DailyExtreme[27], 0);
@@ -35,8 +33,7 @@ TEST(Extremes, DeadVoltageIsNeverAMinimumAndTemperaturesNeedAPositiveReading) {
 }
 
 TEST(Sums, ARepeatedFrameCountsAgain) {
-    FormFixture f(5);
-    f.Start();
+    StartedForm f(5);
     f.Receive("[<A1>20</A1><V1>120</V1>]");
     f.Receive("[]");
     EXPECT_EQ(f.state().GoodDataCount, 2);
@@ -47,8 +44,7 @@ TEST(Sums, ARepeatedFrameCountsAgain) {
 
 TEST(Power, EachSystemTypeFillsItsOwnSlots) {
     {
-        FormFixture f(7);
-        f.Start();
+        StartedForm f(7);
         f.Receive("[<A1>10</A1><A5>10</A5><V1>240</V1>]");
         EXPECT_DOUBLE_EQ(f.state().ChannelWatts[1], 24.0);
         EXPECT_DOUBLE_EQ(f.state().ChannelWatts[5], 240.0);
@@ -56,8 +52,7 @@ TEST(Power, EachSystemTypeFillsItsOwnSlots) {
     }
     {
         // Check1 ticked: turbine 2's amps times the second voltage, read at each frame.
-        FormFixture f(8);
-        f.Start();
+        StartedForm f(8);
         ASSERT_TRUE(f.form.SetText("Check1", "1"));
         EXPECT_EQ(f.model().Check1.text, "Alt Volts2");
         f.Receive("[<A2>10</A2><V1>120</V1><V2>480</V2><A6>20</A6>]");
@@ -65,8 +60,7 @@ TEST(Power, EachSystemTypeFillsItsOwnSlots) {
         EXPECT_DOUBLE_EQ(f.state().ChannelWatts[6], 480.0);
     }
     {
-        FormFixture f(3);
-        f.Start();
+        StartedForm f(3);
         f.Receive(
             "<msg><tmpr>21.4</tmpr><ch1><watts>00412</watts></ch1>"
             "<ch2><watts>00077</watts></ch2><ch3><watts>00000</watts></ch3></msg>");
@@ -100,23 +94,20 @@ TEST(StatusText, Meter128ShowsSixSlotsWithTwoBlanksBeforeTheName) {
 
 TEST(Overflow, AHugeReadingIsAFailureNotAnInfinity) {
     {
-        FormFixture f(1);
-        f.Start();
+        StartedForm f(1);
         f.state().calibration.ADCDivider[1] = 10;
         f.Receive("[<A1>1e308</A1>]");
         EXPECT_EQ(f.state().ChannelValue[1], 0);  // trapped before the store
         EXPECT_EQ(f.state().GoodDataCount, 1);    // partly updated until the next frame
     }
     {
-        FormFixture f(4);
-        f.Start();
+        StartedForm f(4);
         f.Receive("<msg><sensor>9</sensor><ch1><watts>1.7e308</watts></ch1></msg>");
-        try {
-            f.Receive("<msg><sensor>9</sensor><ch1><watts>1.7e308</watts></ch1></msg>");
-            FAIL() << "the sum of watts overflows";
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.kind(), FailureKind::Overflow);
-        }
+        // The sum of watts overflows.
+        EXPECT_EQ(FailureKindOf([&] {
+                      f.Receive("<msg><sensor>9</sensor><ch1><watts>1.7e308</watts></ch1></msg>");
+                  }),
+                  FailureKind::Overflow);
     }
 }
 

@@ -49,4 +49,9 @@ public:
     Brizalog form{folder.path(), services};
 };
 
+// The main form of a fixture, started.
+struct StartedForm : FormFixture {
+    explicit StartedForm(int systemType = 0) : FormFixture(systemType) { Start(); }
+};
+
 }  // namespace brizalog::testing

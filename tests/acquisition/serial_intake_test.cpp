@@ -3,14 +3,13 @@
 #include <algorithm>
 
 #include "acquisition/form_fixture.h"
-#include "catalogue/failure.h"
+#include "support/failure_kind.h"
 
 namespace brizalog::testing {
 namespace {
 
 TEST(LoggerIntake, TextWithoutClosingBracketIsNeverCut) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     for (int i = 0; i < 1000; ++i) {
         f.Receive("<V>243</V>");
     }
@@ -21,8 +20,7 @@ TEST(LoggerIntake, TextWithoutClosingBracketIsNeverCut) {
 }
 
 TEST(LoggerIntake, EverythingReceivedWithTheBracketIsOneFrame) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     f.Receive("[<V>243</V>");
     f.Receive("<I>52</I>]<V>100</V><I>1");
     EXPECT_EQ(f.form.LoggerFrame(), "[<V>243</V><I>52</I>]<V>100</V><I>1");
@@ -39,8 +37,7 @@ TEST(LoggerIntake, EverythingReceivedWithTheBracketIsOneFrame) {
 }
 
 TEST(LoggerIntake, BracketLeftFromAMeterSystemCutsAtTheNextEvent) {
-    FormFixture f(3);
-    f.Start();
+    StartedForm f(3);
     f.Receive("[<V1>300</V1>]");
     EXPECT_EQ(f.state().GoodDataCount, 0);
     ASSERT_TRUE(f.form.Click("setsystem(1)"));
@@ -50,8 +47,7 @@ TEST(LoggerIntake, BracketLeftFromAMeterSystemCutsAtTheNextEvent) {
 }
 
 TEST(LoggerIntake, EndTagBeforeStartTagStopsTheFrameSilently) {
-    FormFixture f(1);
-    f.Start();
+    StartedForm f(1);
     f.Receive("[<A1>5</A1></V1>7<V1>]");
     EXPECT_EQ(f.state().RawValue[1], 5);  // handled before the failure
     EXPECT_EQ(f.state().RawValue[9], 0);
@@ -62,8 +58,7 @@ TEST(LoggerIntake, EndTagBeforeStartTagStopsTheFrameSilently) {
 }
 
 TEST(MeterIntake, ClassicCutsOnClosingMsgAcrossReads) {
-    FormFixture f(3);
-    f.Start();
+    StartedForm f(3);
     f.Receive("<msg><tmpr>21.4</tmpr><ch1><watts>00412</watts></ch1></ms");
     EXPECT_EQ(f.state().GoodDataCount, 0);
     f.Receive("g>");
@@ -76,15 +71,13 @@ TEST(MeterIntake, ClassicCutsOnClosingMsgAcrossReads) {
 }
 
 TEST(MeterIntake, ClassicTrapsAnEndTagBeforeItsStartTag) {
-    FormFixture f(3);
-    f.Start();
+    StartedForm f(3);
     EXPECT_NO_THROW(f.Receive("</tmpr><msg><tmpr>21</msg>"));
     EXPECT_EQ(f.state().GoodDataCount, 0);
 }
 
 TEST(MeterIntake, Meter128CutsOnOpeningMsgSoASplitMessageCountsTwice) {
-    FormFixture f(4);
-    f.Start();
+    StartedForm f(4);
     f.Receive("<msg><sensor>9</sensor><tmpr>20.5</tmpr>");
     f.Receive("<ch1><watts>00100</watts></ch1></msg>");
     EXPECT_EQ(f.state().GoodDataCount, 2);
@@ -93,20 +86,15 @@ TEST(MeterIntake, Meter128CutsOnOpeningMsgSoASplitMessageCountsTwice) {
 }
 
 TEST(MeterIntake, Meter128FailureIsNotContained) {
-    FormFixture f(4);
-    f.Start();
+    StartedForm f(4);
     f.Receive("<msg><sensor>9</sensor><tmpr>20.5");
-    try {
-        f.Receive("</tmpr></msg><msg><sensor>9</sensor><tmpr>21");
-        FAIL() << "the failure should leave the intake";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.kind(), FailureKind::InvalidArgument);
-    }
+    // The failure leaves the intake.
+    EXPECT_EQ(FailureKindOf([&] { f.Receive("</tmpr></msg><msg><sensor>9</sensor><tmpr>21"); }),
+              FailureKind::InvalidArgument);
 }
 
 TEST(Indicators, Timer2EndsTheFlashOfBothIndicators) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     f.Receive("[<V>1.2.3</V>]");
     EXPECT_EQ(f.model().LogOK.colour, kRed);
     EXPECT_TRUE(f.model().LogOK.visible);

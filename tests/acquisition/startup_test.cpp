@@ -47,8 +47,7 @@ TEST(Startup, PortThatWillNotOpenShowsThePortMessageAndTheFormStaysUp) {
 }
 
 TEST(Startup, SystemTypeAboveEightStartsAsZero) {
-    FormFixture f(12);
-    f.Start();
+    StartedForm f(12);
     EXPECT_EQ(f.state().settings.SystemType, 0);
     EXPECT_EQ(f.model().Label11.text, "Brizalog");
     EXPECT_NE(f.folder.Read("hardware.cfg").find("<SystemType>0</SystemType>"), std::string::npos);
@@ -61,8 +60,7 @@ TEST(Startup, DamagedSettingsBeforeTheTrapEndTheProgram) {
 }
 
 TEST(Reports, TrappedErrorWritesTheLogOnlyWhenEnabled) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     f.Receive("[<V>1</V>]");
     f.clock.Set({2026, 3, 7, 9, 5, 7, 0});
     f.form.ReportTrappedError("Overflow");
@@ -80,8 +78,7 @@ TEST(Reports, TrappedErrorWritesTheLogOnlyWhenEnabled) {
 }
 
 TEST(Reports, PortProblemShowsOnLabel2AndAsAMessage) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     f.form.ReportPortProblem();
     EXPECT_EQ(f.model().Label2.text, "     possible COMMS problem");
     EXPECT_EQ(f.dialogs.messages.size(), 1u);

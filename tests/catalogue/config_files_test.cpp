@@ -1,28 +1,19 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "catalogue/config_files.h"
 #include "catalogue/failure.h"
 #include "catalogue/provisioning.h"
+#include "support/failure_kind.h"
 #include "support/test_folder.h"
 
 namespace brizalog {
 namespace {
 
+using testing::FailureKindOf;
+using testing::FirstRunFile;
 using testing::TestFolder;
-
-// The default files, written out by hand line by line with CR LF.
-std::string Fixture(const std::string& name) {
-    std::ifstream in(std::string(BRIZALOG_TEST_DATA) + "/catalogue/fixtures/" + name,
-                     std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    EXPECT_FALSE(text.str().empty()) << name;
-    return text.str();
-}
 
 std::string Replace(std::string text, const std::string& from, const std::string& to) {
     const std::size_t at = text.find(from);
@@ -33,26 +24,15 @@ std::string Replace(std::string text, const std::string& from, const std::string
     return text;
 }
 
-template <typename Action>
-FailureKind KindOf(Action action) {
-    try {
-        action();
-    } catch (const Failure& failure) {
-        return failure.kind();
-    }
-    ADD_FAILURE() << "no failure raised";
-    return FailureKind::FileAccess;
-}
-
 TEST(DefaultFiles, AreTheFirstRunTextsByteForByte) {
-    EXPECT_EQ(DefaultChannelTableText(), Fixture("channels.cfg"));
-    EXPECT_EQ(SettingsShapeC(), Fixture("hardware.cfg"));
-    EXPECT_EQ(DefaultCalibrationText(), Fixture("calibrations.cfg"));
+    EXPECT_EQ(DefaultChannelTableText(), FirstRunFile("channels.cfg"));
+    EXPECT_EQ(SettingsShapeC(), FirstRunFile("hardware.cfg"));
+    EXPECT_EQ(DefaultCalibrationText(), FirstRunFile("calibrations.cfg"));
 }
 
 TEST(SettingsFile, LoadsTheFirstRunValues) {
     Settings s;
-    LoadSettings(Fixture("hardware.cfg"), s);
+    LoadSettings(FirstRunFile("hardware.cfg"), s);
     EXPECT_EQ(s.PortNumber, 3);
     EXPECT_EQ(s.BaudRate, 4800);
     EXPECT_EQ(s.SaveExcel, 0);
@@ -90,7 +70,7 @@ TEST(SettingsFile, ShapeAWritesMemoryAndLoadsBack) {
 
 TEST(SettingsFile, ShapeBCarriesTheFormsFieldsAndTheCosts) {
     Settings s;
-    LoadSettings(Fixture("hardware.cfg"), s);
+    LoadSettings(FirstRunFile("hardware.cfg"), s);
     SetupFormFields f;
     f.logDelay = 700;
     f.logOn = 1;
@@ -124,19 +104,20 @@ TEST(SettingsFile, LoadsFromAnyOrderAndAnyJoin) {
 }
 
 TEST(SettingsFile, ValuesOutsideTheirTypeAreOverflows) {
-    const std::string text = Fixture("hardware.cfg");
+    const std::string text = FirstRunFile("hardware.cfg");
     Settings s;
     for (const char* bad : {"<SystemType>32768</SystemType>", "<SystemType>-32769</SystemType>"}) {
-        EXPECT_EQ(
-            KindOf([&] { LoadSettings(Replace(text, "<SystemType>0</SystemType>", bad), s); }),
-            FailureKind::Overflow)
+        EXPECT_EQ(FailureKindOf(
+                      [&] { LoadSettings(Replace(text, "<SystemType>0</SystemType>", bad), s); }),
+                  FailureKind::Overflow)
             << bad;
     }
     for (const char* bad :
          {"<DispMessages>256</DispMessages>", "<DispMessages>-1</DispMessages>"}) {
-        EXPECT_EQ(
-            KindOf([&] { LoadSettings(Replace(text, "<DispMessages>0</DispMessages>", bad), s); }),
-            FailureKind::Overflow)
+        EXPECT_EQ(FailureKindOf([&] {
+                      LoadSettings(Replace(text, "<DispMessages>0</DispMessages>", bad), s);
+                  }),
+                  FailureKind::Overflow)
             << bad;
     }
     // Above 8 still loads: the start forces it to 0 later.
@@ -145,10 +126,10 @@ TEST(SettingsFile, ValuesOutsideTheirTypeAreOverflows) {
 }
 
 TEST(SettingsFile, DamagedFilesFailOrReadFromTheTop) {
-    const std::string text = Fixture("hardware.cfg");
+    const std::string text = FirstRunFile("hardware.cfg");
     Settings s;
     // Both tags of a setting gone: the start of the program fails.
-    EXPECT_EQ(KindOf([&] { LoadSettings(Replace(text, "<LogOn>0</LogOn>", ""), s); }),
+    EXPECT_EQ(FailureKindOf([&] { LoadSettings(Replace(text, "<LogOn>0</LogOn>", ""), s); }),
               FailureKind::InvalidArgument);
     // Only the opening tag gone: the value starts at position 6 of the file, in the title.
     LoadSettings(Replace(text, "<Port>3", "3"), s);
@@ -160,7 +141,7 @@ TEST(SettingsFile, DamagedFilesFailOrReadFromTheTop) {
 
 TEST(ChannelTableFile, LoadsTheDefaultsAndWritesThemBack) {
     ChannelTable table;
-    LoadChannelTable(Fixture("channels.cfg"), table);
+    LoadChannelTable(FirstRunFile("channels.cfg"), table);
     EXPECT_EQ(table.ChannelName[1], "WINDMILL AMPS");
     EXPECT_EQ(table.ChannelName[12], "WINDSPEED");
     EXPECT_EQ(table.LineColour[9], 16711935);
@@ -171,7 +152,7 @@ TEST(ChannelTableFile, LoadsTheDefaultsAndWritesThemBack) {
     EXPECT_EQ(table.enableDISPLAY[0], 0);
     // A save writes the 24 blocks without the first run's two extra empty lines.
     const std::string saved = ChannelTableText(table);
-    EXPECT_EQ(saved + "\r\n\r\n", Fixture("channels.cfg"));
+    EXPECT_EQ(saved + "\r\n\r\n", FirstRunFile("channels.cfg"));
 }
 
 TEST(ChannelTableFile, UserValuesRoundTrip) {
@@ -197,7 +178,7 @@ TEST(ChannelTableFile, UserValuesRoundTrip) {
 }
 
 TEST(ChannelTableFile, ValuesOutsideTheirTypeAreOverflows) {
-    const std::string text = Fixture("channels.cfg");
+    const std::string text = FirstRunFile("channels.cfg");
     ChannelTable table;
     const std::pair<const char*, const char*> cases[] = {
         {"<M1>20</M1>", "<M1>32768</M1>"},
@@ -208,7 +189,7 @@ TEST(ChannelTableFile, ValuesOutsideTheirTypeAreOverflows) {
         {"<HARDWAREenabled3>0</HARDWAREenabled3>", "<HARDWAREenabled3>-1</HARDWAREenabled3>"},
     };
     for (const auto& [good, bad] : cases) {
-        EXPECT_EQ(KindOf([&] { LoadChannelTable(Replace(text, good, bad), table); }),
+        EXPECT_EQ(FailureKindOf([&] { LoadChannelTable(Replace(text, good, bad), table); }),
                   FailureKind::Overflow)
             << bad;
     }
@@ -218,9 +199,9 @@ TEST(ChannelTableFile, ValuesOutsideTheirTypeAreOverflows) {
 
 TEST(ChannelTableFile, AbsentTagsStopTheLoad) {
     ChannelTable table;
-    EXPECT_EQ(KindOf([&] {
-                  LoadChannelTable(Replace(Fixture("channels.cfg"), "<C7>channel name</C7>", ""),
-                                   table);
+    EXPECT_EQ(FailureKindOf([&] {
+                  LoadChannelTable(
+                      Replace(FirstRunFile("channels.cfg"), "<C7>channel name</C7>", ""), table);
               }),
               FailureKind::InvalidArgument);
     EXPECT_EQ(table.ChannelName[6], "channel name");  // what came before the damage is loaded
@@ -228,7 +209,7 @@ TEST(ChannelTableFile, AbsentTagsStopTheLoad) {
 
 TEST(CalibrationFile, DefaultsGiveAFactorOfOneTenthAndNoOffset) {
     Calibration calibration;
-    LoadCalibration(Fixture("calibrations.cfg"), calibration);
+    LoadCalibration(FirstRunFile("calibrations.cfg"), calibration);
     for (int i = 1; i <= 16; ++i) {
         EXPECT_EQ(calibration.ADCDivider[i], 0.1) << i;
         EXPECT_EQ(calibration.ADCOffset[i], 0) << i;
@@ -280,7 +261,8 @@ TEST(LoadingAllFiles, ReadsAProvisionedFolderAndFailsOnAMissingFile) {
     EXPECT_EQ(state.calibration.ADCDivider[16], 0.1);
 
     std::filesystem::remove(folder.path() / "calibrations.cfg");
-    EXPECT_EQ(KindOf([&] { LoadConfigFiles(state, folder.path()); }), FailureKind::FileNotFound);
+    EXPECT_EQ(FailureKindOf([&] { LoadConfigFiles(state, folder.path()); }),
+              FailureKind::FileNotFound);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "catalogue/files.h"
@@ -12,16 +10,9 @@
 namespace brizalog {
 namespace {
 
+using testing::FirstRunFile;
 using testing::TestFolder;
 namespace fs = std::filesystem;
-
-std::string Fixture(const std::string& name) {
-    std::ifstream in(std::string(BRIZALOG_TEST_DATA) + "/catalogue/fixtures/" + name,
-                     std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 const char* const kHelpFiles[][2] = {
     {"help.cfg", "this is the help text file\r\n"},
@@ -37,16 +28,16 @@ TEST(Provisioning, AnEmptyFolderGetsBothFoldersAndAllEightFiles) {
     EXPECT_TRUE(fs::is_directory(folder.path() / "logs"));
     EXPECT_TRUE(fs::is_directory(folder.path() / "excel"));
     EXPECT_TRUE(fs::is_empty(folder.path() / "logs"));
-    EXPECT_EQ(folder.Read("channels.cfg"), Fixture("channels.cfg"));
-    EXPECT_EQ(folder.Read("calibrations.cfg"), Fixture("calibrations.cfg"));
+    EXPECT_EQ(folder.Read("channels.cfg"), FirstRunFile("channels.cfg"));
+    EXPECT_EQ(folder.Read("calibrations.cfg"), FirstRunFile("calibrations.cfg"));
     for (const auto& [name, text] : kHelpFiles) {
         EXPECT_EQ(folder.Read(name), text) << name;
     }
     // The channel table and the settings share one accumulator: the first hardware.cfg is the
     // table (without the CR LF its own print added) followed by shape C.
-    const std::string channels = Fixture("channels.cfg");
+    const std::string channels = FirstRunFile("channels.cfg");
     EXPECT_EQ(folder.Read("hardware.cfg"),
-              channels.substr(0, channels.size() - 2) + Fixture("hardware.cfg"));
+              channels.substr(0, channels.size() - 2) + FirstRunFile("hardware.cfg"));
     int entries = 0;
     for ([[maybe_unused]] const auto& entry : fs::directory_iterator(folder.path())) {
         ++entries;
@@ -59,7 +50,7 @@ TEST(Provisioning, AMissingSettingsFileAloneIsShapeC) {
     ProvisionProgramFolder(folder.path());
     fs::remove(folder.path() / "hardware.cfg");
     ProvisionProgramFolder(folder.path());
-    EXPECT_EQ(folder.Read("hardware.cfg"), Fixture("hardware.cfg"));
+    EXPECT_EQ(folder.Read("hardware.cfg"), FirstRunFile("hardware.cfg"));
 }
 
 TEST(Provisioning, NeverTouchesAnExistingFileOrFolder) {
@@ -91,7 +82,7 @@ TEST(Provisioning, OnlyTheDeletedCalibrationComesBack) {
     folder.Write("channels.cfg", "edited");
     fs::remove(folder.path() / "calibrations.cfg");
     ProvisionProgramFolder(folder.path());
-    EXPECT_EQ(folder.Read("calibrations.cfg"), Fixture("calibrations.cfg"));
+    EXPECT_EQ(folder.Read("calibrations.cfg"), FirstRunFile("calibrations.cfg"));
     EXPECT_EQ(folder.Read("channels.cfg"), "edited");
 }
 

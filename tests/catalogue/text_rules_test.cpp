@@ -6,19 +6,12 @@
 #include "catalogue/failure.h"
 #include "catalogue/patterns.h"
 #include "catalogue/text_rules.h"
+#include "support/failure_kind.h"
 
 namespace brizalog {
 namespace {
 
-FailureKind KindOf(void (*action)()) {
-    try {
-        action();
-    } catch (const Failure& failure) {
-        return failure.kind();
-    }
-    ADD_FAILURE() << "no failure raised";
-    return FailureKind::FileAccess;
-}
+using testing::FailureKindOf;
 
 TEST(TagReading, TagsAreWholeStringsWithTheirBrackets) {
     const std::string text = "<M1>20</M1>\r\n<M>10</M>\r\n<C12>twelve</C12>\r\n<C1>one</C1>\r\n";
@@ -48,11 +41,11 @@ TEST(TagReading, AnAbsentOpeningTagReadsFromInsideTheText) {
 }
 
 TEST(TagReading, MissingTagsAreTheInvalidArgumentFailure) {
-    EXPECT_EQ(KindOf([] { ReadTagValue("nothing here", "<Port>", "</Port>"); }),
+    EXPECT_EQ(FailureKindOf([] { ReadTagValue("nothing here", "<Port>", "</Port>"); }),
               FailureKind::InvalidArgument);
-    EXPECT_EQ(KindOf([] { ReadTagValue("<Port>3", "<Port>", "</Port>"); }),
+    EXPECT_EQ(FailureKindOf([] { ReadTagValue("<Port>3", "<Port>", "</Port>"); }),
               FailureKind::InvalidArgument);
-    EXPECT_EQ(KindOf([] { Mid("abc", 0, 1); }), FailureKind::InvalidArgument);
+    EXPECT_EQ(FailureKindOf([] { Mid("abc", 0, 1); }), FailureKind::InvalidArgument);
     try {
         ReadTagValue("", "<Port>", "</Port>");
         FAIL();
@@ -82,7 +75,7 @@ TEST(TagReading, ExtractTagValueLeavesTheOldValueWhenATagIsMissing) {
     EXPECT_TRUE(ExtractTagValue("[<A1>4.4</A1><A12>9</A12>]", "<A1>", "</A1>", value));
     EXPECT_EQ(value, "4.4");
     // An end tag before its start tag is a negative length: the failure the intake traps.
-    EXPECT_EQ(KindOf([] {
+    EXPECT_EQ(FailureKindOf([] {
                   std::string v;
                   ExtractTagValue("</V><V>1", "<V>", "</V>", v);
               }),
@@ -107,9 +100,9 @@ TEST(NumberRule, LongestNumericPrefixAfterBlanks) {
 
 TEST(NumberRule, ANumberTooLargeForADoubleIsAnOverflow) {
     // from_chars leaves its result alone on a range error, so this once read silently as 0.
-    EXPECT_EQ(KindOf([] { ParseNumber("1e400"); }), FailureKind::Overflow);
-    EXPECT_EQ(KindOf([] { ParseNumber("-1e400"); }), FailureKind::Overflow);
-    EXPECT_EQ(KindOf([] { ParseNumber(std::string(400, '9')); }), FailureKind::Overflow);
+    EXPECT_EQ(FailureKindOf([] { ParseNumber("1e400"); }), FailureKind::Overflow);
+    EXPECT_EQ(FailureKindOf([] { ParseNumber("-1e400"); }), FailureKind::Overflow);
+    EXPECT_EQ(FailureKindOf([] { ParseNumber(std::string(400, '9')); }), FailureKind::Overflow);
 }
 
 TEST(NumberRule, TheDecodersNumericTest) {

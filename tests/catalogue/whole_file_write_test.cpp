@@ -6,13 +6,14 @@
 #include <filesystem>
 
 #include "catalogue/config_files.h"
-#include "catalogue/failure.h"
 #include "catalogue/files.h"
+#include "support/failure_kind.h"
 #include "support/test_folder.h"
 
 namespace brizalog {
 namespace {
 
+using testing::FailureKindOf;
 using testing::TestFolder;
 namespace fs = std::filesystem;
 
@@ -90,12 +91,9 @@ TEST(WholeFileWrite, TheReplacementKeepsLinksAndPermissions) {
 
 TEST(WholeFileWrite, AFolderThatIsGoneIsTheFailurePathNotFound) {
     TestFolder folder;
-    try {
-        WriteWholeFile(folder.path() / "missing" / "hardware.cfg", "text");
-        FAIL() << "no failure";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.kind(), FailureKind::PathNotFound);
-    }
+    EXPECT_EQ(
+        FailureKindOf([&] { WriteWholeFile(folder.path() / "missing" / "hardware.cfg", "text"); }),
+        FailureKind::PathNotFound);
 }
 
 }  // namespace

@@ -12,8 +12,7 @@ void Enable(FormFixture& f, int channel, bool on = true) {
 }
 
 TEST(Layouts, SystemEightStacksFiveGroupsAndCaptionsAHiddenThird) {
-    FormFixture f(8);
-    f.Start();
+    StartedForm f(8);
     const MainFormModel& m = f.model();
     EXPECT_EQ(m.Label11.text, "2 MILLS, 240VACA + MISC");
     EXPECT_EQ(m.panelHeight, 6800);
@@ -44,8 +43,7 @@ TEST(Layouts, SystemEightStacksFiveGroupsAndCaptionsAHiddenThird) {
 }
 
 TEST(Layouts, OnlyTheActiveTypesChannelSetupEntriesAreEnabled) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     ASSERT_TRUE(f.form.Click("setsystem(3)"));
     const MainFormModel& m = f.model();
     for (int t = 0; t < 9; ++t) {
@@ -59,8 +57,7 @@ TEST(Layouts, OnlyTheActiveTypesChannelSetupEntriesAreEnabled) {
 }
 
 TEST(Layouts, MeterTemperatureCellIsShownWhateverTheFlags) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     Enable(f, 19);
     f.state().channels.ChannelName[19] = "Kettle";
     ASSERT_TRUE(f.form.Click("setsystem(3)"));
@@ -76,8 +73,7 @@ TEST(Layouts, MeterTemperatureCellIsShownWhateverTheFlags) {
 }
 
 TEST(Layouts, WithoutBatteryVoltageNoCellShowsPower) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     Enable(f, 2);
     f.state().channels.HARDWAREenabled[9] = 0;
     ASSERT_TRUE(f.form.Click("setsystem(5)"));
@@ -91,8 +87,7 @@ TEST(Layouts, WithoutBatteryVoltageNoCellShowsPower) {
 }
 
 TEST(Layouts, SystemNineLaysOutAsZeroButKeepsItsNumber) {
-    FormFixture f(2);
-    f.Start();
+    StartedForm f(2);
     f.form.setsystem_Click(9);
     EXPECT_EQ(f.state().settings.SystemType, 9);
     EXPECT_EQ(f.model().Label15.text, "Systemtype 9");
@@ -104,8 +99,7 @@ TEST(Layouts, SystemNineLaysOutAsZeroButKeepsItsNumber) {
 }
 
 TEST(PanelRefresh, SystemZeroCrossesTheGatesOfRpmAndWind) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     f.state().channels.enableDISPLAY[12] = 0;
     f.Receive("[<S>64</S><R>212</R>]");
     EXPECT_EQ(f.model().RPM[0].text, "");
@@ -113,16 +107,14 @@ TEST(PanelRefresh, SystemZeroCrossesTheGatesOfRpmAndWind) {
 }
 
 TEST(PanelRefresh, AValueTooLargeForItsPatternIsPrintedWhole) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     f.Receive("[<V>10000</V><I>1234.5</I>]");
     EXPECT_EQ(f.model().Watts[0].text, "123450 W");
     EXPECT_EQ(f.model().Volts[0].text, "1000.00 V");
 }
 
 TEST(PanelRefresh, SystemSevenShowsTheSecondAndThirdVoltage) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     for (int n : {3, 10, 19}) {
         Enable(f, n);
     }
@@ -136,8 +128,7 @@ TEST(PanelRefresh, SystemSevenShowsTheSecondAndThirdVoltage) {
 }
 
 TEST(Readouts, AnyAmpsCellShowsTheFirstChannelsMaximumInAllFour) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     for (int n : {1, 2, 3, 4}) {
         Enable(f, n);
     }
@@ -153,8 +144,7 @@ TEST(Readouts, AnyAmpsCellShowsTheFirstChannelsMaximumInAllFour) {
 }
 
 TEST(Readouts, TemperatureCellTogglesMaxMinMax) {
-    FormFixture f(3);
-    f.Start();
+    StartedForm f(3);
     f.Receive("<msg><tmpr>18.5</tmpr></msg>");
     f.Receive("<msg><tmpr>23.25</tmpr></msg>");
     EXPECT_EQ(f.model().Label3[0].text, "23.3 C");
@@ -167,8 +157,7 @@ TEST(Readouts, TemperatureCellTogglesMaxMinMax) {
 }
 
 TEST(Readouts, HiddenSecondTemperatureOfTheMeter128CannotBeClicked) {
-    FormFixture f(4);
-    f.Start();
+    StartedForm f(4);
     f.Receive("<msg><sensor>0</sensor><tmpr>19</tmpr></msg>");
     EXPECT_EQ(f.model().Label3[4].text, "19.0 C");
     ASSERT_TRUE(f.form.Click("Label3(4)"));
@@ -179,8 +168,7 @@ TEST(Readouts, HiddenSecondTemperatureOfTheMeter128CannotBeClicked) {
 }
 
 TEST(Readouts, MiscCellsOfSystemEight) {
-    FormFixture f(0);
-    f.Start();
+    StartedForm f(0);
     for (int n : {10, 11, 15}) {
         Enable(f, n);
     }

@@ -100,6 +100,26 @@ TEST_F(CalibrationWindow, AutozeroTakesTheLastReadingAndResetOnlyTheCaption) {
     EXPECT_NE(saved.find("<ADCDivider(9)>half</ADCDivider(9)>"), std::string::npos);
 }
 
+TEST_F(CalibrationWindow, ATypeChosenBeforeExitStaysInMemory) {
+    // A file without row 1's letter: the opening keeps whatever memory holds.
+    std::string text = DefaultCalibrationText();
+    const std::string letter = "<ChannelSelection(1)>V</ChannelSelection(1)>";
+    text.erase(text.find(letter), letter.size());
+    folder.Write("calibrations.cfg", text);
+    {
+        CalibrationForm form(state, folder.path(), dialogs);
+        form.Form_Load();
+        form.Click("Amps(1)");
+        form.Click("CalibrationExit");
+        EXPECT_TRUE(form.CloseRequested());
+    }
+    LoadConfigFiles(state, folder.path());
+    CalibrationForm again(state, folder.path(), dialogs);
+    again.Form_Load();
+    EXPECT_TRUE(again.model().rows[1].Amps.checked);
+    EXPECT_EQ(state.calibration.ChannelSelection[1], "A");
+}
+
 TEST_F(CalibrationWindow, AMissingFileLeavesTheRowsShowingMemory) {
     std::filesystem::remove(folder.path() / "calibrations.cfg");
     state.calibration.ADCOffset[2] = 7;

@@ -1,5 +1,7 @@
 #include "support/test_folder.h"
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -34,6 +36,15 @@ std::string TestFolder::Read(const std::string& relative) const {
 
 bool TestFolder::Exists(const std::string& relative) const {
     return std::filesystem::exists(m_path / relative);
+}
+
+std::string FirstRunFile(const std::string& name) {
+    std::ifstream in(std::string(BRIZALOG_TEST_DATA) + "/catalogue/fixtures/" + name,
+                     std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    EXPECT_FALSE(text.str().empty()) << name;
+    return text.str();
 }
 
 }  // namespace brizalog::testing

@@ -24,4 +24,8 @@ private:
     std::filesystem::path m_path;
 };
 
+// The first-run file `name` as written out by hand, line by line with CR LF, in
+// tests/catalogue/fixtures/; a test failure when there is none.
+std::string FirstRunFile(const std::string& name);
+
 }  // namespace brizalog::testing

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtWidgets/qtestsupport_widgets.h>
 #include <QTemporaryDir>
 #include <memory>
 #include <string>
@@ -37,6 +38,16 @@ struct VirtualDesk {
             }
         }
         WriteChannelTable(table, folder);
+    }
+
+    // Every channel on, the program started in system `type` and the window shown; false when
+    // the window never came on the screen.
+    bool ShowSystem(int type) {
+        AllChannelsOn();
+        Start();
+        Click("setsystem(" + std::to_string(type) + ")");
+        window->show();
+        return QTest::qWaitForWindowExposed(window.get());
     }
 
     void Start() {

@@ -2,7 +2,10 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMessageBox>
+#include <QTimer>
 #include <QWidget>
+#include <functional>
 
 #include "app/desktop_dialogs.h"
 #include "support/virtual_desk.h"
@@ -19,6 +22,8 @@ struct WindowDesk : VirtualDesk {
     };
 
     WindowDesk() : desktop(noPorts) {}
+    // The ports of `probe` are the ones found.
+    explicit WindowDesk(PortProbe& probe) : desktop(probe) {}
 
     void StartOnDesktop() {
         form = std::make_unique<Brizalog>(folder, Services{clock, timers, serial, desktop});
@@ -27,6 +32,13 @@ struct WindowDesk : VirtualDesk {
         desktop.SetTimers(&timers);
         form->Form_Load();
         window->Render();
+    }
+
+    // `act` runs on each window that the desktop opens, once the window's modal loop runs.
+    void OnEachWindow(std::function<void(QWidget*)> act) {
+        desktop.onWindowShown = [act = std::move(act)](QWidget* window) {
+            QTimer::singleShot(0, window, [act, window] { act(window); });
+        };
     }
 
     NoPorts noPorts;
@@ -40,6 +52,21 @@ T* Child(QWidget* window, const QString& name) {
         qFatal("no control %s", qPrintable(name));
     }
     return child;
+}
+template <typename T>
+T* Child(QWidget* window, const char* name) {
+    return Child<T>(window, QString::fromLatin1(name));
+}
+
+// When `window` is a message box: keeps its text in `told`, answers OK and gives true.
+inline bool AnswerMessage(QWidget* window, QString& told) {
+    auto* box = qobject_cast<QMessageBox*>(window);
+    if (box == nullptr) {
+        return false;
+    }
+    told = box->text();
+    box->accept();
+    return true;
 }
 
 // With BRIZALOG_SHOTS set to a folder, the window's picture is kept there under `name`: the

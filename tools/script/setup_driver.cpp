@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "dump_lines.h"
 #include "help/help_viewer.h"
 #include "setup/calibration_form.h"
 #include "setup/channel_setup.h"
@@ -10,71 +11,6 @@
 namespace brizalog::script {
 
 namespace {
-
-// The lines of one dump: all of them, or those that the words name (an item by its own name,
-// or a whole control array by its base name, with its property lines).
-class DumpFilter {
-public:
-    DumpFilter(Printer& printer, const std::vector<std::string_view>& names)
-        : m_printer(printer), m_names(names), m_used(names.size(), false) {}
-
-    void Text(std::string_view name, std::string_view value) {
-        if (Selected(name)) {
-            m_printer.Value(name, value);
-        }
-    }
-    void Flag(std::string_view name, bool value) {
-        if (Selected(name)) {
-            m_printer.Flag(name, value);
-        }
-    }
-    void Number(std::string_view name, double value) {
-        if (Selected(name)) {
-            m_printer.Number(name, value);
-        }
-    }
-    void Controls(const ControlRegistry& controls) {
-        for (const auto& [name, control] : controls.items()) {
-            Text(name, control->text);
-            Flag(name + ".visible", control->visible);
-            Flag(name + ".enabled", control->enabled);
-            Flag(name + ".checked", control->checked);
-            Number(name + ".colour", control->colour);
-            Number(name + ".forecolour", control->foreColour);
-        }
-    }
-    // Throws for the first word that named nothing.
-    void CheckAllUsed(std::string_view window) const {
-        for (std::size_t i = 0; i < m_names.size(); ++i) {
-            if (!m_used[i]) {
-                throw ScriptError("dump: window " + std::string(window) + " has nothing called \"" +
-                                  std::string(m_names[i]) + "\"");
-            }
-        }
-    }
-
-private:
-    bool Selected(std::string_view name) {
-        if (m_names.empty()) {
-            return true;
-        }
-        bool selected = false;
-        for (std::size_t i = 0; i < m_names.size(); ++i) {
-            const std::string_view word = m_names[i];
-            if (name.substr(0, word.size()) == word &&
-                (name.size() == word.size() || name[word.size()] == '(' ||
-                 name[word.size()] == '.')) {
-                m_used[i] = true;
-                selected = true;
-            }
-        }
-        return selected;
-    }
-
-    Printer& m_printer;
-    const std::vector<std::string_view>& m_names;
-    std::vector<bool> m_used;
-};
 
 // `click WINDOW.close`: the window's close box in its title bar.
 constexpr std::string_view kTitleBarClose = "close";
@@ -86,7 +22,7 @@ public:
     virtual bool Click(std::string_view name) = 0;
     virtual bool Set(std::string_view name, std::string_view text) = 0;
     virtual bool Closed() const = 0;
-    virtual void Dump(DumpFilter& out, RunContext& run) const = 0;
+    virtual void Dump(DumpLines& out, RunContext& run) const = 0;
 };
 
 // The parts that every form of this driver shares: a caption, a registry of controls, handlers
@@ -111,13 +47,13 @@ public:
         return false;
     }
     bool Closed() const override { return form.CloseRequested(); }
-    void Dump(DumpFilter& out, RunContext& run) const override {
+    void Dump(DumpLines& out, RunContext& run) const override {
         out.Text("caption", form.model().caption);
         out.Flag("visible", !form.CloseRequested());
         out.Controls(form.model().controls);
         DumpMore(out, run);
     }
-    virtual void DumpMore(DumpFilter&, RunContext&) const {}
+    virtual void DumpMore(DumpLines&, RunContext&) const {}
 
     Form form;
 };
@@ -125,7 +61,7 @@ public:
 class HeldInput : public HeldForm<SmallInput> {
 public:
     using HeldForm::HeldForm;
-    void DumpMore(DumpFilter& out, RunContext& run) const override {
+    void DumpMore(DumpLines& out, RunContext& run) const override {
         out.Text("EditText", run.form.state().EditText);
         out.Number("EditColour", static_cast<double>(run.form.state().EditColour));
     }
@@ -135,7 +71,7 @@ class HeldCalibration : public HeldForm<CalibrationForm> {
 public:
     using HeldForm::HeldForm;
     ~HeldCalibration() override { form.timer1().Detach(); }
-    void DumpMore(DumpFilter& out, RunContext&) const override {
+    void DumpMore(DumpLines& out, RunContext&) const override {
         out.Flag("shrunk", form.model().shrunk);
         out.Flag("Timer1.enabled", form.timer1().Enabled());
     }
@@ -144,7 +80,7 @@ public:
 class HeldHelp : public HeldForm<HelpViewer> {
 public:
     using HeldForm::HeldForm;
-    void DumpMore(DumpFilter& out, RunContext&) const override {
+    void DumpMore(DumpLines& out, RunContext&) const override {
         const HelpViewerModel& m = form.model();
         out.Text("ListView1.heading", m.heading);
         for (std::size_t row = 0; row < m.rows.size(); ++row) {
@@ -223,9 +159,13 @@ public:
         if (found == m_windows.end()) {
             throw ScriptError("window " + std::string(window) + " has not been opened");
         }
-        DumpFilter out(run.printer, names);
+        DumpLines out(run.printer, names);
         found->second->Dump(out, run);
-        out.CheckAllUsed(window);
+        const std::string_view unused = out.Unused();
+        if (!unused.empty()) {
+            throw ScriptError("dump: window " + std::string(window) + " has nothing called \"" +
+                              std::string(unused) + "\"");
+        }
     }
 
 private:

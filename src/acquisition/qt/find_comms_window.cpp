@@ -60,9 +60,7 @@ void FindCommsWindow::Render() {
     ShowButton(m_findPorts, m.FindPORTS);
     ShowButton(m_exit, m.ExitFindCOMM);
     ShowList(m_cbocomm, m.cbocomm, m.cbocommItems);
-    if (m_selectedPort->text() != ToQt(m.SelectedPort.text)) {
-        m_selectedPort->setText(ToQt(m.SelectedPort.text));
-    }
+    ShowText(m_selectedPort, m.SelectedPort.text);
     const QString available = MessageText(m.AvailablePORTS.text);
     if (m_availablePorts->toPlainText() != available) {
         m_availablePorts->setPlainText(available);

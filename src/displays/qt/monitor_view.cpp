@@ -29,15 +29,17 @@ void MonitorView::Load() {
 }
 
 void MonitorView::Render() {
+    if (m_shown && m_monitor->Changes() == m_shownChanges) {
+        return;
+    }
+    m_shown = true;
+    m_shownChanges = m_monitor->Changes();
     const QString title = ToQt(m_monitor->caption);
     if (windowTitle() != title) {
         setWindowTitle(title);
     }
     for (const auto& [control, action] : m_entries) {
-        const QString text = ToQt(control->text);
-        if (action->text() != text) {
-            action->setText(text);
-        }
+        ShowText(action, control->text);
     }
     RenderModel();
     if (m_monitor->CloseRequested() && isVisible()) {

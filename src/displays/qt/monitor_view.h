@@ -28,6 +28,7 @@ public:
     MonitorWindow& monitor() { return *m_monitor; }
     // Runs the monitor's opening and shows the model.
     void Load();
+    // Shows the model when it has changed since it was last shown.
     void Render();
 
 protected:
@@ -51,9 +52,11 @@ private:
     TimerBackend& m_timers;
     std::unique_ptr<MonitorWindow> m_monitor;
     std::vector<std::pair<const Control*, QAction*>> m_entries;
+    unsigned long m_shownChanges = 0;
+    bool m_shown = false;
 };
 
-// A new monitor view for the window `name` (one of MonitorWindowNames), unopened; Load() opens
+// A new monitor view for the window `name` (a monitor window), unopened; Load() opens
 // it. Its monitor reads the shared state and reports through `dialogs`; plotDiagnostics takes
 // the mode handed over by the plot entries.
 MonitorView* MakeMonitorView(std::string_view name, SharedState& state, Dialogs& dialogs,

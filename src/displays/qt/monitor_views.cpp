@@ -9,8 +9,11 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QResizeEvent>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
 
 #include "displays/bar_meters.h"
 #include "displays/battery_monitor.h"
@@ -49,6 +52,28 @@ QPushButton* Button(MonitorView* view, QWidget* parent, const Control& control,
 
 // ---- Battery monitors --------------------------------------------------------------------
 
+// A label whose figure grows with it, so that a tile made large is read across the room.
+class FittingLabel : public ClickableLabel {
+public:
+    using ClickableLabel::ClickableLabel;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        ClickableLabel::resizeEvent(event);
+        QFont big = font();
+        const QFontMetricsF metrics(big);
+        const double points = big.pointSizeF();
+        const double widthFit =
+            width() * 0.9 / metrics.horizontalAdvance(QStringLiteral("888.88 V")) * points;
+        const double heightFit = height() * 0.8 / metrics.height() * points;
+        const double fit = std::max(12.0, std::min(widthFit, heightFit));
+        if (std::abs(fit - points) > 0.5) {
+            big.setPointSizeF(fit);
+            setFont(big);
+        }
+    }
+};
+
 // A tile to be read across the room: the reading in large figures on its state colour, the
 // caption over it (a click there closes the window), the bank's voltage below.
 class BatteryView : public MonitorView {
@@ -63,15 +88,18 @@ public:
         m_tile->setObjectName(QStringLiteral("tile"));
         m_caption = ClickLabel("Label1");
         m_caption->setToolTip(QStringLiteral("Click to close"));
-        m_voltage = ClickLabel("voltage");
+        m_voltage = new FittingLabel(this);
+        m_voltage->setObjectName(QStringLiteral("voltage"));
+        m_voltage->setCursor(Qt::PointingHandCursor);
+        connect(m_voltage, &ClickableLabel::clicked, this, [this] { Forward("voltage"); });
         m_voltage->setToolTip(QStringLiteral("Click for the minimum, again for the maximum"));
         m_voltage->setAlignment(Qt::AlignCenter);
         QFont big = m_voltage->font();
         big.setPointSizeF(big.pointSizeF() * 3.2);
         big.setBold(true);
         m_voltage->setFont(big);
-        m_voltage->setMinimumWidth(QFontMetrics(big).horizontalAdvance(QStringLiteral("888.88 V")) +
-                                   24);
+        m_voltage->setMinimumSize(QFontMetrics(big).horizontalAdvance(QStringLiteral("888.88 V")),
+                                  QFontMetrics(big).height());
         m_system = new QLabel(m_tile);
         m_system->setObjectName(QStringLiteral("SystemVoltage"));
         m_system->setAlignment(Qt::AlignCenter);
@@ -83,6 +111,7 @@ public:
         auto* layout = new QVBoxLayout(this);
         layout->setContentsMargins(6, 6, 6, 6);
         layout->addWidget(m_tile);
+        resize(380, 220);
     }
 
 private:
@@ -110,7 +139,7 @@ private:
     BatteryMonitor* m_model;
     QFrame* m_tile;
     ClickableLabel* m_caption;
-    ClickableLabel* m_voltage;
+    FittingLabel* m_voltage;
     QLabel* m_system;
 };
 
@@ -153,10 +182,7 @@ private:
         for (int row = 0; row < DailyMaximums::kRows; ++row) {
             for (auto [label, control] : {std::pair{m_captions[row], &m_model->Channel[row]},
                                           std::pair{m_values[row], &m_model->value[row]}}) {
-                const QString text = ToQt(control->text);
-                if (label->text() != text) {
-                    label->setText(text);
-                }
+                ShowText(label, control->text);
                 ShowState(label, *control);
                 ShowRowColour(label, control->foreColour);
             }
@@ -194,7 +220,8 @@ public:
 
         auto* panel = new QFrame(this);
         panel->setObjectName(QStringLiteral("panel"));
-        panel->setStyleSheet(QString::fromLatin1(kDarkPanel));
+        // A light ground: the marker flashes green and black.
+        panel->setFrameShape(QFrame::StyledPanel);
         auto* grid = new QGridLayout(panel);
         grid->setHorizontalSpacing(24);
         grid->addWidget(new QLabel(QStringLiteral("this interval so far"), panel), 0, 1,

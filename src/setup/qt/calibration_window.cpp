@@ -18,21 +18,9 @@ namespace brizalog {
 
 namespace {
 
-QString IndexedName(const char* base, int i) {
-    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(base)).arg(i);
-}
-
 void Show(QWidget* widget, const Control& control) {
     if (widget->isEnabled() != control.enabled) {
         widget->setEnabled(control.enabled);
-    }
-}
-
-template <typename Widget>
-void SetText(Widget* widget, const std::string& text) {
-    const QString shown = ToQt(text);
-    if (widget->text() != shown) {
-        widget->setText(shown);
     }
 }
 
@@ -169,9 +157,9 @@ void CalibrationWindow::reject() {
 void CalibrationWindow::Render() {
     const CalibrationModel& m = m_form.model();
     setWindowTitle(ToQt(m.caption));
-    SetText(m_save, m.SAVEcalibration.text);
+    ShowText(m_save, m.SAVEcalibration.text);
     m_save->setEnabled(m.SAVEcalibration.enabled);
-    SetText(m_exit, m.CalibrationExit.text);
+    ShowText(m_exit, m.CalibrationExit.text);
     if (m_table->isVisibleTo(this) == m.shrunk) {
         m_table->setVisible(!m.shrunk);
         adjustSize();
@@ -185,23 +173,26 @@ void CalibrationWindow::Render() {
                 cell->setVisible(shown);
             }
         }
-        SetText(w.channel, row.Channel.text);
-        SetText(w.raw, row.Label1.text);
-        SetText(w.zero, row.AUTOZEROBUTTON.text);
+        ShowText(w.channel, row.Channel.text);
+        ShowText(w.raw, row.Label1.text);
+        ShowText(w.zero, row.AUTOZEROBUTTON.text);
         Show(w.zero, row.AUTOZEROBUTTON);
-        ShowTextBox(w.factor, row.Text1);
-        SetText(w.display, row.Label2.text);
+        // The factor box stands in the row: a withdrawn row takes it along.
+        Control factor = row.Text1;
+        factor.visible = shown && row.Text1.visible;
+        ShowTextBox(w.factor, factor);
+        ShowText(w.display, row.Label2.text);
         for (auto [button, control] : {std::pair{w.amps, &row.Amps}, std::pair{w.volts, &row.Volts},
                                        std::pair{w.pulse, &row.Pulse}}) {
             if (button != nullptr) {
-                SetText(button, control->text);
+                ShowText(button, control->text);
                 if (button->isChecked() != control->checked) {
                     button->setChecked(control->checked);
                 }
             }
         }
         if (w.reset != nullptr) {
-            SetText(w.reset, row.ZeroReset.text);
+            ShowText(w.reset, row.ZeroReset.text);
         }
     }
     if (m_form.CloseRequested() && isVisible()) {

@@ -45,18 +45,6 @@ void Show(QWidget* widget, bool visible, bool enabled) {
     }
 }
 
-template <typename Widget>
-void SetText(Widget* widget, const std::string& text) {
-    const QString shown = ToQt(text);
-    if (widget->text() != shown) {
-        widget->setText(shown);
-    }
-}
-
-QString IndexedName(const char* base, int i) {
-    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(base)).arg(i);
-}
-
 }  // namespace
 
 ChannelSetupWindow::ChannelSetupWindow(std::string_view window, SharedState& state,
@@ -173,7 +161,6 @@ void ChannelSetupWindow::AddRow(QGridLayout* grid, int i) {
         w.tag->setCursor(Qt::PointingHandCursor);
         w.tag->setToolTip(QStringLiteral("Click to change the tag"));
         w.tag->setMinimumWidth(w.tag->fontMetrics().horizontalAdvance(QStringLiteral("M")) * 6);
-        w.tag->setStyleSheet(QStringLiteral("color: #1f5fa8; text-decoration: underline;"));
         connect(w.tag, &ClickableLabel::clicked, this,
                 [this, i] { RunHandler([this, i] { m_form.XMLcode_Click(i); }); });
         grid->addWidget(w.tag, i, column++);
@@ -209,7 +196,7 @@ void ChannelSetupWindow::Render() {
             w.check->setChecked(row.CheckEnable.checked);
         }
         Show(w.name, shown, row.dataCHANNEL.enabled);
-        SetText(w.name, row.dataCHANNEL.text);
+        ShowText(w.name, row.dataCHANNEL.text);
         const int colour =
             row.dataCHANNEL.foreColour == kDefaultColour ? 0xFFFFFF : row.dataCHANNEL.foreColour;
         const QString style = NameStyle(colour, row.dataCHANNEL.enabled);
@@ -225,11 +212,18 @@ void ChannelSetupWindow::Render() {
             }
             Show(w.limit, shown, row.MAXLimit.enabled);
             Show(w.colour, shown, row.ChannelColour.enabled);
-            SetText(w.colour, row.ChannelColour.text);
+            ShowText(w.colour, row.ChannelColour.text);
         }
         if (w.tag != nullptr) {
             Show(w.tag, shown, row.XMLcode.enabled);
-            SetText(w.tag, row.XMLcode.text);
+            ShowText(w.tag, row.XMLcode.text);
+            // A tag that can be clicked looks like a link; an inert one is plain grey.
+            const QString tagStyle =
+                row.XMLcode.enabled ? QStringLiteral("color: #1f5fa8; text-decoration: underline;")
+                                    : QStringLiteral("color: #9a9a9a;");
+            if (w.tag->styleSheet() != tagStyle) {
+                w.tag->setStyleSheet(tagStyle);
+            }
         }
     }
     ShowButton(m_save, m.SaveSettings);

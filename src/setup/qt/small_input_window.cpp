@@ -84,10 +84,7 @@ void SmallInputWindow::Render() {
     }
     for (int i = 1; i <= 17; ++i) {
         if (m_labels[i] != nullptr) {
-            const QString text = ToQt(m.Label[i].text);
-            if (m_labels[i]->text() != text) {
-                m_labels[i]->setText(text);
-            }
+            ShowText(m_labels[i], m.Label[i].text);
         }
     }
     if (m_form.CloseRequested() && isVisible()) {

@@ -64,11 +64,7 @@ private slots:
 
     void aClickOnACellShowsItsReadoutUntilTheNextFrame() {
         VirtualDesk desk;
-        desk.AllChannelsOn();
-        desk.Start();
-        desk.Click("setsystem(2)");
-        desk.window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(desk.window.get()));
+        QVERIFY(desk.ShowSystem(2));
         desk.Receive(SampleFrame(2));
         QCOMPARE(Text(desk, "Amps(2)"), QStringLiteral("6.20 A"));
 
@@ -104,11 +100,7 @@ private slots:
     void thePanelOfEachSystemType() {
         for (int type = 0; type <= 8; ++type) {
             VirtualDesk desk;
-            desk.AllChannelsOn();
-            desk.Start();
-            desk.Click("setsystem(" + std::to_string(type) + ")");
-            desk.window->show();
-            QVERIFY(QTest::qWaitForWindowExposed(desk.window.get()));
+            QVERIFY(desk.ShowSystem(type));
             const MainFormModel& m = desk.form->model();
             std::vector<std::pair<int, int>> tops;  // model top, window y
             for (const auto& [name, control] : m.controls.items()) {

@@ -14,8 +14,10 @@
 #include "catalogue/config_files.h"
 #include "catalogue/provisioning.h"
 #include "support/board_simulator.h"
+#include "support/live_desk.h"
 
 using brizalog::testing::BoardSimulator;
+using brizalog::testing::LogLines;
 
 namespace brizalog {
 
@@ -33,32 +35,9 @@ QByteArray ReadFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QStringList LogLines(const QString& folder) {
-    QStringList lines;
-    const QDir logs(folder + QStringLiteral("/logs"));
-    for (const QString& name : logs.entryList({QStringLiteral("BZ_*.txt")}, QDir::Files)) {
-        for (const QByteArray& line : ReadFile(logs.filePath(name)).split('\n')) {
-            if (!line.trimmed().isEmpty()) {
-                lines << QString::fromLatin1(line.trimmed());
-            }
-        }
-    }
-    return lines;
-}
-
 // A program folder of system 1 that logs every second from its start on port 3.
 Settings LoggingSettings(const QString& path) {
-    ProvisionProgramFolder(path.toStdString());
-    Settings settings;
-    settings.PortNumber = kPort;
-    settings.BaudRate = 4800;
-    settings.LogDelay = 1;
-    settings.LogOn = 1;
-    settings.WSUnits = "m/s";
-    settings.PersonalString = "Shed";
-    settings.SystemType = kSystem;
-    WriteSettingsFile(settings, path.toStdString());
-    return settings;
+    return testing::ProvisionLoggingFolder(path.toStdString(), kPort, "Shed");
 }
 
 // The logger's standard error, gathered as it comes.

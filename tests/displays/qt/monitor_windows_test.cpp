@@ -9,20 +9,14 @@
 #include <QTest>
 #include <QTreeWidget>
 
-#include "app/desktop_dialogs.h"
 #include "displays/qt/monitor_view.h"
-#include "support/virtual_desk.h"
+#include "support/window_desk.h"
 #include "ui/event_gate.h"
 #include "ui/plot_canvas.h"
 
 namespace brizalog {
 
 namespace {
-
-class NoPorts : public PortProbe {
-public:
-    bool commAvailable(int) override { return false; }
-};
 
 // The entries of the monitors and the windows they open, in system 8, where all are enabled.
 const struct {
@@ -37,33 +31,28 @@ const struct {
 
 // The main window on the virtual platform, its monitors opened by the desktop's own opener and
 // ticking on the same virtual schedule as the main form.
-struct MonitorDesk {
+struct MonitorDesk : testing::WindowDesk {
     MonitorDesk() {
-        desk.form = std::make_unique<Brizalog>(
-            desk.folder, Services{desk.clock, desk.timers, desk.serial, dialogs});
-        desk.window = std::make_unique<MainWindow>(*desk.form);
-        dialogs.Attach(desk.form.get(), desk.window.get());
-        dialogs.SetTimers(&desk.timers);
-        RunHandler([this] { desk.form->Form_Load(); });
-        desk.window->show();
+        StartOnDesktop();
+        window->show();
     }
-    void Trigger(const char* entry) { desk.window->menuAction(entry)->trigger(); }
+    void Trigger(const char* entry) { window->menuAction(entry)->trigger(); }
     // Frames every half second for `seconds`, each event through the event gate as on the desk.
     void Run(int seconds) {
         for (int i = 0; i < seconds * 2; ++i) {
             RunHandler([this] {
-                desk.serial.Queue(testing::SampleFrame(8));
-                desk.form->MSComm1_OnComm();
+                serial.Queue(testing::SampleFrame(8));
+                form->MSComm1_OnComm();
             });
-            RunHandler([this] { desk.timers.Advance(500); });
+            RunHandler([this] { timers.Advance(500); });
         }
     }
-    MonitorView* View(const char* window) {
-        return qobject_cast<MonitorView*>(dialogs.OpenMonitor(window));
+    MonitorView* View(const char* name) {
+        return qobject_cast<MonitorView*>(desktop.OpenMonitor(name));
     }
     int LogLines() {
         int lines = 0;
-        const QDir logs(QString::fromStdString((desk.folder / "logs").string()));
+        const QDir logs(QString::fromStdString((folder / "logs").string()));
         for (const QString& name : logs.entryList({QStringLiteral("BZ_*.txt")})) {
             QFile file(logs.filePath(name));
             file.open(QIODevice::ReadOnly);
@@ -71,10 +60,6 @@ struct MonitorDesk {
         }
         return lines;
     }
-
-    testing::VirtualDesk desk;
-    NoPorts probe;
-    DesktopDialogs dialogs{probe};
 };
 
 }  // namespace
@@ -100,7 +85,7 @@ private slots:
         d.Run(20);
         // Logging went on as without the monitors: one record each 10 s of the default interval.
         QCOMPARE(d.LogLines(), 2);
-        QCOMPARE(d.desk.form->state().GoodDataCount, 0);
+        QCOMPARE(d.form->state().GoodDataCount, 0);
 
         QCOMPARE(battery->findChild<QLabel*>(QStringLiteral("voltage"))->text(),
                  QStringLiteral("13.20 V"));

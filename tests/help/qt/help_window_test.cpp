@@ -4,7 +4,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
 
 #include "catalogue/files.h"
@@ -31,25 +30,21 @@ private slots:
         QStringList rows;
         QString heading;
         QString told;
-        desk.desktop.onWindowShown = [&](QWidget* window) {
-            QTimer::singleShot(0, window, [&, window] {
-                if (auto* box = qobject_cast<QMessageBox*>(window)) {
-                    told = box->text();
-                    box->accept();
-                    return;
-                }
-                auto* list = Child<QTreeWidget>(window, QStringLiteral("ListView1"));
-                heading = list->headerItem()->text(1);
-                for (int r = 0; r < list->topLevelItemCount(); ++r) {
-                    rows << list->topLevelItem(r)->text(1);
-                }
-                testing::KeepPicture(window, "help.png");
-                QTest::mouseClick(Child<QPushButton>(window, QStringLiteral("hardware")),
-                                  Qt::LeftButton);
-                QCOMPARE(list->topLevelItemCount(), 0);
-                QTest::keyClick(window, Qt::Key_Escape);
-            });
-        };
+        desk.OnEachWindow([&](QWidget* window) {
+            if (testing::AnswerMessage(window, told)) {
+                return;
+            }
+            auto* list = Child<QTreeWidget>(window, QStringLiteral("ListView1"));
+            heading = list->headerItem()->text(1);
+            for (int r = 0; r < list->topLevelItemCount(); ++r) {
+                rows << list->topLevelItem(r)->text(1);
+            }
+            testing::KeepPicture(window, "help.png");
+            QTest::mouseClick(Child<QPushButton>(window, QStringLiteral("hardware")),
+                              Qt::LeftButton);
+            QCOMPARE(list->topLevelItemCount(), 0);
+            QTest::keyClick(window, Qt::Key_Escape);
+        });
         desk.Click("Helpmenu");
 
         QCOMPARE(heading, QStringLiteral("general HELP"));

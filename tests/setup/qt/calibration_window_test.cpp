@@ -8,7 +8,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
-#include <QTimer>
 
 #include "setup/qt/calibration_window.h"
 #include "support/window_desk.h"
@@ -31,27 +30,25 @@ private slots:
         QString rawAfterTick;
         QString displayAfterTick;
         double zeroWhileOpen = -1;
-        desk.desktop.onWindowShown = [&](QWidget* window) {
-            QTimer::singleShot(0, window, [&, window] {
-                QCOMPARE(window->windowTitle(), QStringLiteral(" Current Channels Calibration"));
-                desk.Receive(testing::SampleFrame(8));
-                desk.timers.Advance(1000);
-                RunHandler([] {});
-                rawAfterTick = Child<QLabel>(window, QStringLiteral("Label1(1)"))->text();
-                displayAfterTick = Child<QLabel>(window, QStringLiteral("Label2(1)"))->text();
-                auto* zero = Child<QPushButton>(window, QStringLiteral("AUTOZEROBUTTON(1)"));
-                QVERIFY(!zero->isEnabled());
-                QTest::mouseClick(Child<QRadioButton>(window, QStringLiteral("Amps(1)")),
-                                  Qt::LeftButton);
-                QVERIFY(zero->isEnabled());
-                QTest::mouseClick(zero, Qt::LeftButton);
-                zeroWhileOpen = desk.form->state().calibration.ADCOffset[1];
-                desk.timers.Advance(1000);
-                RunHandler([] {});
-                testing::KeepPicture(window, "calibration.png");
-                QTest::keyClick(window, Qt::Key_Escape);
-            });
-        };
+        desk.OnEachWindow([&](QWidget* window) {
+            QCOMPARE(window->windowTitle(), QStringLiteral(" Current Channels Calibration"));
+            desk.Receive(testing::SampleFrame(8));
+            desk.timers.Advance(1000);
+            RunHandler([] {});
+            rawAfterTick = Child<QLabel>(window, QStringLiteral("Label1(1)"))->text();
+            displayAfterTick = Child<QLabel>(window, QStringLiteral("Label2(1)"))->text();
+            auto* zero = Child<QPushButton>(window, QStringLiteral("AUTOZEROBUTTON(1)"));
+            QVERIFY(!zero->isEnabled());
+            QTest::mouseClick(Child<QRadioButton>(window, QStringLiteral("Amps(1)")),
+                              Qt::LeftButton);
+            QVERIFY(zero->isEnabled());
+            QTest::mouseClick(zero, Qt::LeftButton);
+            zeroWhileOpen = desk.form->state().calibration.ADCOffset[1];
+            desk.timers.Advance(1000);
+            RunHandler([] {});
+            testing::KeepPicture(window, "calibration.png");
+            QTest::keyClick(window, Qt::Key_Escape);
+        });
         desk.Click("CALIBRATIONmenu");
 
         QCOMPARE(rawAfterTick, QStringLiteral("215"));
@@ -60,27 +57,44 @@ private slots:
         QCOMPARE(desk.form->state().calibration.ADCOffset[1], 0.0);
     }
 
+    // A withdrawn row takes its factor box along: system 0 offers rows 1, 9, 12 and 13 only.
+    void aRowNotOfferedShowsNothingOfItself() {
+        testing::WindowDesk desk;
+        desk.StartOnDesktop();
+        desk.Click("setsystem(0)");
+        QStringList shownFactors;
+        desk.desktop.onWindowShown = [&](QWidget* window) {
+            QTimer::singleShot(0, window, [&, window] {
+                for (int i = 1; i <= 16; ++i) {
+                    const QString name = QStringLiteral("Text1(%1)").arg(i);
+                    if (Child<QLineEdit>(window, name)->isVisibleTo(window)) {
+                        shownFactors << name;
+                    }
+                }
+                QTest::keyClick(window, Qt::Key_Escape);
+            });
+        };
+        desk.Click("CALIBRATIONmenu");
+        QCOMPARE(shownFactors, QStringList({"Text1(1)", "Text1(9)", "Text1(12)", "Text1(13)"}));
+    }
+
     void aMeterNeedsNoCalibration() {
         testing::WindowDesk desk;
         desk.StartOnDesktop();
         desk.Click("setsystem(3)");
         QString told;
         bool saveOffered = true;
-        desk.desktop.onWindowShown = [&](QWidget* window) {
-            QTimer::singleShot(0, window, [&, window] {
-                if (auto* box = qobject_cast<QMessageBox*>(window)) {
-                    told = box->text();
-                    box->accept();
-                    return;
+        desk.OnEachWindow([&](QWidget* window) {
+            if (testing::AnswerMessage(window, told)) {
+                return;
+            }
+            for (QAction* action : window->findChildren<QAction*>()) {
+                if (action->objectName() == QStringLiteral("SAVEcalibration")) {
+                    saveOffered = action->isEnabled();
                 }
-                for (QAction* action : window->findChildren<QAction*>()) {
-                    if (action->objectName() == QStringLiteral("SAVEcalibration")) {
-                        saveOffered = action->isEnabled();
-                    }
-                }
-                QTest::keyClick(window, Qt::Key_Escape);
-            });
-        };
+            }
+            QTest::keyClick(window, Qt::Key_Escape);
+        });
         desk.Click("CALIBRATIONmenu");
         QCOMPARE(told, QStringLiteral(
                            "no calibration required for Current Cost.  press EXIT on next screen"));

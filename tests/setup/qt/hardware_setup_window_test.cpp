@@ -5,13 +5,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <set>
 
 #include "acquisition/qt/find_comms_window.h"
-#include "app/desktop_dialogs.h"
 #include "setup/qt/program_setup_window.h"
-#include "support/virtual_desk.h"
+#include "support/window_desk.h"
 
 namespace brizalog {
 
@@ -22,61 +20,47 @@ public:
     bool commAvailable(int portNumber) override { return portNumber == 2 || portNumber == 5; }
 };
 
-template <typename T>
-T* Child(QWidget* window, const char* name) {
-    T* child = window->findChild<T*>(QString::fromLatin1(name));
-    if (child == nullptr) {
-        qFatal("no control %s", name);
-    }
-    return child;
-}
-
 }  // namespace
+
+using testing::Child;
 
 class HardwareSetupWindowTest : public QObject {
     Q_OBJECT
 
 private slots:
     void theChosenPortAndIntervalAreSavedAndThePortReopened() {
-        testing::VirtualDesk desk;
         PortsTwoAndFive probe;
-        DesktopDialogs dialogs(probe);
-        desk.form = std::make_unique<Brizalog>(
-            desk.folder, Services{desk.clock, desk.timers, desk.serial, dialogs});
-        desk.window = std::make_unique<MainWindow>(*desk.form);
-        dialogs.Attach(desk.form.get(), desk.window.get());
-        desk.form->Form_Load();
+        testing::WindowDesk desk(probe);
+        desk.StartOnDesktop();
         QVERIFY(desk.serial.IsOpen());
         QCOMPARE(desk.serial.portNumber(), 3);
 
         bool portClosedDuringSetup = false;
         QStringList portChoices;
         QString portAfterSearch;
-        dialogs.onWindowShown = [&](QWidget* window) {
-            QTimer::singleShot(0, window, [&, window] {
-                if (auto* search = qobject_cast<FindCommsWindow*>(window)) {
-                    QTest::mouseClick(Child<QPushButton>(search, "FindPORTS"), Qt::LeftButton);
-                    QCOMPARE(Child<QPushButton>(search, "ExitFindCOMM")->text(),
-                             QStringLiteral("Save"));
-                    QCOMPARE(Child<QLineEdit>(search, "SelectedPort")->text(), QStringLiteral("2"));
-                    QTest::mouseClick(Child<QPushButton>(search, "ExitFindCOMM"), Qt::LeftButton);
-                    return;
-                }
-                auto* setup = qobject_cast<ProgramSetupWindow*>(window);
-                QVERIFY(setup != nullptr);
-                portClosedDuringSetup = !desk.serial.IsOpen();
-                QCOMPARE(setup->windowTitle(), QStringLiteral("Personal Program NAME"));
-                auto* port = Child<QComboBox>(setup, "PortNumber");
-                for (int i = 0; i < port->count(); ++i) {
-                    portChoices << port->itemText(i);
-                }
-                QTest::mouseClick(Child<QWidget>(setup, "Label7"), Qt::LeftButton);
-                portAfterSearch = port->currentText();
-                auto* delay = Child<QComboBox>(setup, "LogDelay");
-                delay->setCurrentText(QStringLiteral("30"));
-                QTest::mouseClick(Child<QPushButton>(setup, "SaveSettingsButton"), Qt::LeftButton);
-            });
-        };
+        desk.OnEachWindow([&](QWidget* window) {
+            if (auto* search = qobject_cast<FindCommsWindow*>(window)) {
+                QTest::mouseClick(Child<QPushButton>(search, "FindPORTS"), Qt::LeftButton);
+                QCOMPARE(Child<QPushButton>(search, "ExitFindCOMM")->text(),
+                         QStringLiteral("Save"));
+                QCOMPARE(Child<QLineEdit>(search, "SelectedPort")->text(), QStringLiteral("2"));
+                QTest::mouseClick(Child<QPushButton>(search, "ExitFindCOMM"), Qt::LeftButton);
+                return;
+            }
+            auto* setup = qobject_cast<ProgramSetupWindow*>(window);
+            QVERIFY(setup != nullptr);
+            portClosedDuringSetup = !desk.serial.IsOpen();
+            QCOMPARE(setup->windowTitle(), QStringLiteral("Personal Program NAME"));
+            auto* port = Child<QComboBox>(setup, "PortNumber");
+            for (int i = 0; i < port->count(); ++i) {
+                portChoices << port->itemText(i);
+            }
+            QTest::mouseClick(Child<QWidget>(setup, "Label7"), Qt::LeftButton);
+            portAfterSearch = port->currentText();
+            auto* delay = Child<QComboBox>(setup, "LogDelay");
+            delay->setCurrentText(QStringLiteral("30"));
+            QTest::mouseClick(Child<QPushButton>(setup, "SaveSettingsButton"), Qt::LeftButton);
+        });
         desk.form->Click("SetupHardware");
 
         QVERIFY(portClosedDuringSetup);
