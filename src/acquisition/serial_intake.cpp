@@ -19,7 +19,10 @@ bool Brizalog::MarkerSearch::FoundIn(std::string_view buffer) {
 }
 
 void Brizalog::ResetReceiveBuffer(std::string_view text) {
-    m_receiveBuffer.assign(text);
+    // Emptied, then filled: an assignment from the text makes GCC 12 warn of an overlap that
+    // cannot be.
+    m_receiveBuffer.clear();
+    m_receiveBuffer.append(text);
     m_frameEnd.Reset();
     m_meterStart.Reset();
     m_meterEnd.Reset();
