@@ -86,11 +86,14 @@ long long LeadingDigitExponent(std::string_view number) {
         if (!exponent.empty() && exponent.front() == '+') {
             exponent.remove_prefix(1);
         }
+        // An exponent far beyond any double's is held at a bound just as far, so that adding
+        // the digits' own magnitude to it cannot overflow the count.
+        constexpr long long kFar = 1LL << 40;
         long long power = 0;
         const auto result =
             std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
-        if (result.ec == std::errc::result_out_of_range) {
-            power = exponent.front() == '-' ? -(1LL << 40) : (1LL << 40);
+        if (result.ec == std::errc::result_out_of_range || power > kFar || power < -kFar) {
+            power = exponent.front() == '-' ? -kFar : kFar;
         }
         magnitude += power;
     }

@@ -103,6 +103,10 @@ TEST(NumberRule, ANumberTooLargeForADoubleIsAnOverflow) {
     EXPECT_EQ(FailureKindOf([] { ParseNumber("1e400"); }), FailureKind::Overflow);
     EXPECT_EQ(FailureKindOf([] { ParseNumber("-1e400"); }), FailureKind::Overflow);
     EXPECT_EQ(FailureKindOf([] { ParseNumber(std::string(400, '9')); }), FailureKind::Overflow);
+    // An exponent at the very end of the whole numbers, as a damaged settings file held it.
+    EXPECT_EQ(FailureKindOf([] { ParseNumber("63872737724965E9223372036854775807"); }),
+              FailureKind::Overflow);
+    EXPECT_EQ(ParseNumber("0.001e-9223372036854775808"), 0);
 }
 
 TEST(NumberRule, TheDecodersNumericTest) {
