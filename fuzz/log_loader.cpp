@@ -45,10 +45,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::uint8_t clicks = in.Byte();
     const double x = in.Byte();
     const double y = in.Byte();
-    for (const Member& m : kMembers) {
-        std::filesystem::remove(folder / "logs" / m.file);
+    // Only this input's log is in the folder, so that File1 lists what this member reads.
+    static const Member* previous = nullptr;
+    if (previous != nullptr && std::string_view(previous->file) != member.file) {
+        std::filesystem::remove(folder / "logs" / previous->file);
     }
-    std::ofstream(folder / "logs" / member.file, std::ios::binary) << in.Rest();
+    previous = &member;
+    std::ofstream(folder / "logs" / member.file, std::ios::binary | std::ios::trunc) << in.Rest();
 
     // The windows stay in memory between inputs, as between the readings of one session: each
     // reading fills its arrays afresh up to its own record count.

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -30,6 +31,8 @@ struct Control {
 class ControlRegistry {
 public:
     void Add(std::string name, Control& control) {
+        // A second control under a name already taken keeps the first one findable.
+        m_index.try_emplace(name, &control);
         m_items.emplace_back(std::move(name), &control);
     }
     template <std::size_t N>
@@ -38,18 +41,23 @@ public:
             Add(name + "(" + std::to_string(i) + ")", controls[i]);
         }
     }
+    // The windows look their controls up by name at every event and every drawing: by hash.
     Control* Find(std::string_view name) const {
-        for (const auto& [itemName, control] : m_items) {
-            if (itemName == name) {
-                return control;
-            }
-        }
-        return nullptr;
+        const auto found = m_index.find(name);
+        return found == m_index.end() ? nullptr : found->second;
     }
     const std::vector<std::pair<std::string, Control*>>& items() const { return m_items; }
 
 private:
+    // Heterogeneous lookup: a name given as a string_view makes no string of its own.
+    struct NameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const {
+            return std::hash<std::string_view>{}(name);
+        }
+    };
     std::vector<std::pair<std::string, Control*>> m_items;
+    std::unordered_map<std::string, Control*, NameHash, std::equal_to<>> m_index;
 };
 
 }  // namespace brizalog
