@@ -107,6 +107,18 @@ simulator_pid=""
 
 cat "$folder/report.txt"
 grep -h 'frames sent' "$folder/simulator.txt" || true
+# Every frame the simulator wrote is read by the program, or was still waiting in the terminal
+# when nobody read (before the start, after the end): the rest is lost on the way.
+if [ "$desktop" = 0 ]; then
+    sent=$(sed -n 's/.*frames sent \([0-9]*\).*/\1/p' "$folder/simulator.txt")
+    flushed=$(sed -n 's/.*(frames \([0-9]*\)).*/\1/p' "$folder/simulator.txt")
+    unread=$(sed -n 's/.*frames unread at the stop \([0-9]*\).*/\1/p' "$folder/simulator.txt")
+    received=$(sed -n 's/^frames received \([0-9]*\)/\1/p' "$folder/report.txt")
+    if [ -n "$sent" ] && [ -n "$received" ]; then
+        echo "frames lost on the way $((sent - received - ${flushed:-0} - ${unread:-0}))" \
+            "(sent, less those received, flushed unread and unread at the stop)"
+    fi
+fi
 files_per_tick=1
 [ "$system" = 8 ] && files_per_tick=3
 records=$(cat "$folder"/logs/*_*.txt 2>/dev/null | grep -c '<T>' || true)

@@ -192,9 +192,14 @@ std::string DesktopSerialLink::ReadAll() {
     return std::string(data.constData(), static_cast<std::size_t>(data.size()));
 }
 
+// Text arrives at the port when the event loop reads the device into the port's buffer, and
+// the intake runs on that same loop: between its read and this call nothing can have arrived.
+// Only the port's own buffer is emptied. The line's queue in the system is left alone: what waits
+// there has not arrived yet and is the next serial event, not text to throw away, so a board that
+// sends fast loses no frame in the moment between the read and the clear.
 void DesktopSerialLink::ClearReceiveCount() {
-    if (m_port.isOpen()) {
-        m_port.clear(QSerialPort::Input);
+    if (m_port.isOpen() && m_port.bytesAvailable() > 0) {
+        m_port.skip(m_port.bytesAvailable());
     }
 }
 

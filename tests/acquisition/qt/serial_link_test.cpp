@@ -1,8 +1,15 @@
 // The serial port of the desktop program on a real pseudo-terminal of the board simulator.
 
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <chrono>
+#include <cstdlib>
+#include <thread>
 
 #include "acquisition/qt/platform.h"
 #include "support/board_simulator.h"
@@ -60,6 +67,44 @@ private slots:
         link.Close();
         QVERIFY(!link.IsOpen());
         QVERIFY(!link.DevicePresent());
+    }
+
+    // A board that sends fast: its next frame reaches the line while the intake is between its
+    // read and its clear. That frame has not arrived at the port yet; it is the next event.
+    void aFrameOnTheLineDuringTheClearIsTheNextEventNotLost() {
+        const int master = posix_openpt(O_RDWR | O_NOCTTY);
+        QVERIFY(master >= 0);
+        QVERIFY(grantpt(master) == 0 && unlockpt(master) == 0);
+        const QString slaveName = QString::fromLocal8Bit(ptsname(master));
+        QDir(m_dir->path()).mkpath(QStringLiteral("ports"));
+        QVERIFY(QFile::link(slaveName, m_dir->path() + QStringLiteral("/ports/COM5")));
+        // A second descriptor of the line, only to see what waits in its queue.
+        const int watcher = ::open(QFile::encodeName(slaveName).constData(), O_RDONLY | O_NOCTTY);
+        QVERIFY(watcher >= 0);
+
+        DesktopSerialLink link(m_folder);
+        std::vector<std::string> reads;
+        link.SetReceiveHandler([&] {
+            reads.push_back(link.ReadAll());
+            if (reads.size() == 1) {
+                QCOMPARE(::write(master, "[B]", 3), 3);
+                int waiting = 0;
+                for (int i = 0; i < 1000 && waiting < 3; ++i) {
+                    ::ioctl(watcher, FIONREAD, &waiting);
+                    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                }
+                QCOMPARE(waiting, 3);
+            }
+            link.ClearReceiveCount();
+        });
+        link.Open(5, "4800,N,8,1");
+        QCOMPARE(::write(master, "[A]", 3), 3);
+        QTRY_COMPARE_WITH_TIMEOUT(reads.size(), std::size_t{2}, 5000);
+        QCOMPARE(reads.at(0), std::string("[A]"));
+        QCOMPARE(reads.at(1), std::string("[B]"));
+        link.Close();
+        ::close(watcher);
+        ::close(master);
     }
 
     void aPortThatIsNotThereFailsToOpen() {
