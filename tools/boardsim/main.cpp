@@ -245,6 +245,8 @@ int main(int argc, char** argv) {
     long frameNumber = 0;
     long sent = 0;     // frames written whole
     long dropped = 0;  // frames a full terminal refused
+    long droppedUnread = 0;  // of those, before anybody had read the terminal
+    bool readerSeen = false;
     long flushed = 0;  // bytes dropped unread
     long flushedFrames = 0;
     RecentFrames recent;
@@ -267,6 +269,9 @@ int main(int argc, char** argv) {
         // keeps every frame.
         int queued = 0;
         if (ioctl(slave, FIONREAD, &queued) == 0) {
+            if (queued < lastQueued) {
+                readerSeen = true;
+            }
             if (queued < lastQueued || queued == 0) {
                 lastDrain = now;
             }
@@ -289,6 +294,7 @@ int main(int argc, char** argv) {
             recent.Written(frame.size());
         } else {
             ++dropped;
+            droppedUnread += readerSeen ? 0 : 1;
         }
         // Brizalog never transmits; whatever comes back is discarded.
         char discard[256];
@@ -320,7 +326,8 @@ int main(int argc, char** argv) {
     close(master);
     if (options.count) {
         std::cout << "brizalog-boardsim: frames sent " << sent << ", dropped by a full terminal "
-                  << dropped << ", bytes flushed unread " << flushed << " (frames "
+                  << dropped << " (before the first read " << droppedUnread
+                  << "), bytes flushed unread " << flushed << " (frames "
                   << flushedFrames << "), frames unread at the stop " << recent.FramesIn(unread)
                   << std::endl;
     }
