@@ -58,8 +58,8 @@ struct Rig {
         fs::create_directories(folder / "logs");
         fs::create_directories(folder / "Excel");
         std::vector<std::string> literals = {std::string(kWhoursFile), "/errorlog.txt"};
-        for (const LocalDateTime day : {LocalDateTime{2026, 3, 7, 14, 5, 0, 0},
-                                        LocalDateTime{2026, 3, 8, 0, 0, 5, 0}}) {
+        for (const LocalDateTime day :
+             {LocalDateTime{2026, 3, 7, 14, 5, 0, 0}, LocalDateTime{2026, 3, 8, 0, 0, 5, 0}}) {
             const std::string dateTag = DateTag(day, false);
             literals.push_back(SpreadsheetLiteral(dateTag));
             for (int t = 0; t < kSystemTypeCount; ++t) {

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QResizeEvent>
 #include <string>
 #include <vector>
 
@@ -140,6 +141,51 @@ protected:
         }
         QLabel::mouseReleaseEvent(event);
     }
+};
+
+// Holds one label that shows a reading many times a second, outside any layout. A label asks
+// for a new layout of its whole window at every change of its text; on a busy panel that costs
+// more than all the rest of a render together. In a holder the request stops here: the label is
+// repainted alone, and the window is laid out again only when a new text no longer fits.
+class LabelHolder : public QWidget {
+public:
+    LabelHolder(QLabel* label, QWidget* parent) : QWidget(parent), m_label(label) {
+        m_label->setParent(this);
+        m_label->installEventFilter(this);
+        setSizePolicy(m_label->sizePolicy());
+    }
+    QSize sizeHint() const override { return m_label->sizeHint(); }
+    QSize minimumSizeHint() const override { return m_label->minimumSizeHint(); }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        m_label->setGeometry(QRect(QPoint(0, 0), event->size()));
+    }
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::LayoutRequest) {
+            // The label's new text: only one wider or taller than the place it has moves the
+            // rest of the window.
+            const QSize wanted = m_label->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored
+                                     ? QSize(0, m_label->sizeHint().height())
+                                     : m_label->sizeHint();
+            if (wanted.width() > width() || wanted.height() > height()) {
+                updateGeometry();
+            }
+            return true;
+        }
+        return QWidget::event(event);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        // The label's visibility is the holder's, so that a hidden reading takes no room.
+        if (watched == m_label &&
+            (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)) {
+            setVisible(event->type() == QEvent::ShowToParent);
+        }
+        return QWidget::eventFilter(watched, event);
+    }
+
+private:
+    QLabel* m_label;
 };
 
 }  // namespace brizalog

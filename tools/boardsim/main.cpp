@@ -18,10 +18,10 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <deque>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <deque>
 #include <filesystem>
 #include <iostream>
 #include <optional>
@@ -60,8 +60,7 @@ public:
     long FramesIn(int waitingBytes) const {
         long frames = 0;
         long bytes = 0;
-        for (auto size = m_sizes.rbegin(); size != m_sizes.rend() && bytes < waitingBytes;
-             ++size) {
+        for (auto size = m_sizes.rbegin(); size != m_sizes.rend() && bytes < waitingBytes; ++size) {
             bytes += static_cast<long>(*size);
             ++frames;
         }
@@ -243,8 +242,8 @@ int main(int argc, char** argv) {
     auto nextConfigRead = next;
     int systemType = options.systemType.value_or(ConfiguredSystemType(options.folder, 0));
     long frameNumber = 0;
-    long sent = 0;     // frames written whole
-    long dropped = 0;  // frames a full terminal refused
+    long sent = 0;           // frames written whole
+    long dropped = 0;        // frames a full terminal refused
     long droppedUnread = 0;  // of those, before anybody had read the terminal
     bool readerSeen = false;
     long flushed = 0;  // bytes dropped unread
@@ -327,9 +326,8 @@ int main(int argc, char** argv) {
     if (options.count) {
         std::cout << "brizalog-boardsim: frames sent " << sent << ", dropped by a full terminal "
                   << dropped << " (before the first read " << droppedUnread
-                  << "), bytes flushed unread " << flushed << " (frames "
-                  << flushedFrames << "), frames unread at the stop " << recent.FramesIn(unread)
-                  << std::endl;
+                  << "), bytes flushed unread " << flushed << " (frames " << flushedFrames
+                  << "), frames unread at the stop " << recent.FramesIn(unread) << std::endl;
     }
     std::cout << "brizalog-boardsim: stopped" << std::endl;
     return 0;

@@ -28,8 +28,10 @@ namespace {
 class ElidedLabel : public QLabel {
 public:
     using QLabel::QLabel;
-    QSize minimumSizeHint() const override { return {40, QLabel::minimumSizeHint().height()}; }
-    QSize sizeHint() const override { return {200, QLabel::sizeHint().height()}; }
+    // One line, whatever the text: the height comes from the font and the style's padding,
+    // never from laying out a frame's text that changes many times a second.
+    QSize minimumSizeHint() const override { return {40, LineHeight()}; }
+    QSize sizeHint() const override { return {200, LineHeight()}; }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -38,6 +40,12 @@ protected:
         const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
         painter.setPen(palette().color(foregroundRole()));
         painter.drawText(area, static_cast<int>(alignment()), shown);
+    }
+
+private:
+    int LineHeight() const {
+        const QMargins around = contentsMargins();
+        return fontMetrics().height() + around.top() + around.bottom() + 2 * margin();
     }
 };
 
@@ -145,7 +153,7 @@ QGroupBox* MainWindow::AddGroup(const std::string& name, const Control& control)
 void MainWindow::AddCell(QWidget* parent, QGridLayout* grid, int row, int column,
                          const std::string& name, const char* caption) {
     const Control* control = m_form.model().controls.Find(name);
-    auto* value = new ClickableLabel(parent);
+    auto* value = new ClickableLabel;
     value->setObjectName(ToQt(name));
     value->setProperty("cell", true);
     value->setAlignment(Qt::AlignCenter);
@@ -160,7 +168,7 @@ void MainWindow::AddCell(QWidget* parent, QGridLayout* grid, int row, int column
         label->setAlignment(Qt::AlignCenter);
         grid->addWidget(label, row, column);
     }
-    grid->addWidget(value, row + (caption != nullptr ? 1 : 0), column);
+    grid->addWidget(new LabelHolder(value, parent), row + (caption != nullptr ? 1 : 0), column);
     m_cells.push_back({control, value, label});
     m_widgets[name] = value;
 }
@@ -256,15 +264,18 @@ void MainWindow::BuildPanel() {
     cellRow(AddGroup("Frame2", m.Frame2), kMisc);
 
     // The latest frame, the last report, the frame count and the logging interval.
-    auto* frame = label("Label2", m.Label2, new ElidedLabel(central));
+    // The frame, its count and the report change with every frame: each stands in a holder.
+    auto* frame = label("Label2", m.Label2, new ElidedLabel);
     frame->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    layout->addWidget(frame);
-    auto* report = label("ErrorString", m.ErrorString, new ElidedLabel(central));
+    layout->addWidget(new LabelHolder(frame, central));
+    auto* report = label("ErrorString", m.ErrorString, new ElidedLabel);
     report->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    layout->addWidget(report);
+    layout->addWidget(new LabelHolder(report, central));
     auto* footer = new QHBoxLayout;
     footer->addWidget(new QLabel(QStringLiteral("Frames this interval:"), central));
-    footer->addWidget(label("goodDATAcounter", m.goodDATAcounter, new QLabel(central)));
+    auto* count = label("goodDATAcounter", m.goodDATAcounter, new QLabel);
+    count->setMinimumWidth(count->fontMetrics().horizontalAdvance(QStringLiteral("000000")));
+    footer->addWidget(new LabelHolder(count, central));
     footer->addStretch();
     footer->addWidget(new QLabel(QStringLiteral("Logging interval (seconds):"), central));
     m_delay = new QLineEdit(central);
