@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QResizeEvent>
 #include <string>
 #include <vector>
@@ -33,9 +34,8 @@ inline QString IndexedName(const char* base, int i) {
 // Any widget with a text (label, button, action): the text is set only when it differs.
 template <typename Widget>
 void ShowText(Widget* widget, const std::string& text) {
-    const QString shown = ToQt(text);
-    if (widget->text() != shown) {
-        widget->setText(shown);
+    if (widget->text() != QLatin1StringView(text.data(), static_cast<qsizetype>(text.size()))) {
+        widget->setText(ToQt(text));
     }
 }
 
@@ -56,9 +56,7 @@ inline void ShowColours(QWidget* widget, const Control& control) {
     if (control.foreColour != kDefaultColour) {
         style += QStringLiteral("color: %1;").arg(ToQColor(control.foreColour).name());
     }
-    const QVariant shown = widget->property("brizalogStyle");
-    if (!shown.isValid() || shown.toString() != style) {
-        widget->setProperty("brizalogStyle", style);
+    if (widget->styleSheet() != style) {
         widget->setStyleSheet(style);
     }
 }
@@ -70,9 +68,9 @@ inline void ShowLabel(QLabel* label, const Control& control) {
 }
 
 inline void ShowGroup(QGroupBox* group, const Control& control) {
-    const QString text = ToQt(control.text);
-    if (group->title() != text) {
-        group->setTitle(text);
+    const std::string& text = control.text;
+    if (group->title() != QLatin1StringView(text.data(), static_cast<qsizetype>(text.size()))) {
+        group->setTitle(ToQt(text));
     }
     ShowState(group, control);
 }
@@ -141,6 +139,35 @@ protected:
         }
         QLabel::mouseReleaseEvent(event);
     }
+};
+
+// A small square that lights in its control's colour while the control is shown, as the
+// indicators of a frame and of a logging interval do. Dark, it keeps its place and paints
+// nothing: an indicator that flashes at every frame repaints its own square only, where hiding a
+// widget would lay its whole window out again each time.
+class Lamp : public QWidget {
+public:
+    explicit Lamp(QWidget* parent, int side = 14) : QWidget(parent) { setFixedSize(side, side); }
+
+    void Show(const Control& control) {
+        const QColor colour = control.visible ? ToQColor(control.colour) : QColor();
+        if (colour != m_colour) {
+            m_colour = colour;
+            update();
+        }
+    }
+    bool lit() const { return m_colour.isValid(); }
+    QColor colour() const { return m_colour; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        if (m_colour.isValid()) {
+            QPainter(this).fillRect(rect(), m_colour);
+        }
+    }
+
+private:
+    QColor m_colour;
 };
 
 // Holds one label that shows a reading many times a second, outside any layout. A label asks

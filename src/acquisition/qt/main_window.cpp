@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -138,7 +137,8 @@ void MainWindow::BuildMenus() {
         }
         action->setObjectName(ToQt(entry.name));
         m_actions[entry.name] = action;
-        m_menuEntries.emplace_back(m_form.model().controls.Find(entry.name), action);
+        m_menuEntries.push_back(
+            {m_form.model().controls.Find(entry.name), action, action->menu() != nullptr, {}});
     }
 }
 
@@ -190,15 +190,10 @@ void MainWindow::BuildPanel() {
         return widget;
     };
     auto indicator = [this](const std::string& name) {
-        auto* square = new QFrame(this);
-        square->setObjectName(ToQt(name));
-        square->setFixedSize(14, 14);
-        square->setAutoFillBackground(true);
-        QSizePolicy policy = square->sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        square->setSizePolicy(policy);
-        m_widgets[name] = square;
-        return square;
+        auto* lamp = new Lamp(this);
+        lamp->setObjectName(ToQt(name));
+        m_widgets[name] = lamp;
+        return lamp;
     };
 
     // Title of the layout, system type and port, and the two indicators.
@@ -348,13 +343,14 @@ void MainWindow::Render() {
         setWindowTitle(title);
     }
 
-    for (const auto& [control, action] : m_menuEntries) {
-        QString text = ToQt(control->text);
-        text.replace(QLatin1Char('&'), QStringLiteral("&&"));
-        if (action->text() != text) {
+    for (auto& [control, action, opensMenu, shown] : m_menuEntries) {
+        if (shown != control->text) {
+            shown = control->text;
+            QString text = ToQt(shown);
+            text.replace(QLatin1Char('&'), QStringLiteral("&&"));
             action->setText(text);
         }
-        if (action->menu() == nullptr && action->isChecked() != control->checked) {
+        if (!opensMenu && action->isChecked() != control->checked) {
             action->setCheckable(control->checked);
             action->setChecked(control->checked);
         }
@@ -383,17 +379,8 @@ void MainWindow::Render() {
             widget->setToolTip(tip);
         }
     }
-    for (auto [square, control] : {std::pair{m_dataOK, &m.DataOK}, std::pair{m_logOK, &m.LogOK}}) {
-        const QColor colour = ToQColor(control->colour);
-        if (square->palette().color(QPalette::Window) != colour) {
-            QPalette palette = square->palette();
-            palette.setColor(QPalette::Window, colour);
-            square->setPalette(palette);
-        }
-        if (square->isVisibleTo(this) != control->visible) {
-            square->setVisible(control->visible);
-        }
-    }
+    m_dataOK->Show(m.DataOK);
+    m_logOK->Show(m.LogOK);
     ShowTextBox(m_delay, m.delay);
     ShowButton(m_check1, m.Check1);
     ArrangeGroups();

@@ -9,7 +9,6 @@
 
 class QAction;
 class QCheckBox;
-class QFrame;
 class QGridLayout;
 class QGroupBox;
 class QLabel;
@@ -21,6 +20,7 @@ namespace brizalog {
 
 class Brizalog;
 class ClickableLabel;
+class Lamp;
 
 // The main window `Brizalog`: a view of the main form's model. The menu bar is built from the
 // model's menu tree, the panel from its groups and cells; after every handler the window shows
@@ -64,15 +64,23 @@ private:
 
     Brizalog& m_form;
     std::map<std::string, QAction*> m_actions;
-    std::vector<std::pair<const Control*, QAction*>> m_menuEntries;  // in the menu tree's order
+    // The menu entries in the menu tree's order, each with the caption it shows: a render
+    // compares the model's caption with that copy instead of asking every entry for its text.
+    struct MenuEntry {
+        const Control* control;
+        QAction* action;
+        bool opensMenu;
+        std::string shown;
+    };
+    std::vector<MenuEntry> m_menuEntries;
     std::map<std::string, QWidget*> m_widgets;
     std::vector<Cell> m_cells;
     std::vector<Group> m_groups;
     std::vector<std::pair<const Control*, QLabel*>> m_labels;
 
     QVBoxLayout* m_groupStack = nullptr;
-    QFrame* m_dataOK = nullptr;
-    QFrame* m_logOK = nullptr;
+    Lamp* m_dataOK = nullptr;
+    Lamp* m_logOK = nullptr;
     QLineEdit* m_delay = nullptr;
     QCheckBox* m_check1 = nullptr;
     std::vector<int> m_arrangedTops;

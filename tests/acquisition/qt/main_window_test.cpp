@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include "support/virtual_desk.h"
+#include "ui/control_view.h"
 #include "ui/qt_text.h"
 
 using brizalog::testing::SampleFrame;
@@ -24,6 +25,19 @@ QString MenuCaption(const std::string& text) {
 QString Text(VirtualDesk& desk, const std::string& name) {
     return qobject_cast<QLabel*>(desk.window->controlWidget(name))->text();
 }
+
+// Counts the requests for a new layout that reach a widget with a layout: each is a layout of
+// all that the widget holds.
+struct LayoutRequests : QObject {
+    int count = 0;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::LayoutRequest && watched->isWidgetType() &&
+            static_cast<QWidget*>(watched)->layout() != nullptr) {
+            ++count;
+        }
+        return false;
+    }
+};
 
 }  // namespace
 
@@ -144,6 +158,32 @@ private slots:
         const int low = desk.window->height();
         QVERIFY2(low < tall / 2, qPrintable(QStringLiteral("%1 then %2").arg(tall).arg(low)));
         QVERIFY(!desk.window->controlWidget("Frame2")->isVisible());
+    }
+
+    // The frame indicator lights at every frame and goes dark at Timer2's tick: at ten frames a
+    // second that must repaint its square alone, never lay the window out again.
+    void theFlashingIndicatorNeverLaysTheWindowOut() {
+        VirtualDesk desk;
+        QVERIFY(desk.ShowSystem(1));
+        auto* lamp = static_cast<Lamp*>(desk.window->controlWidget("DataOK"));
+        LayoutRequests requests;
+        // The first frames widen the readings' places; from then on nothing moves.
+        for (int i = 0; i < 6; ++i) {
+            if (i == 3) {
+                qApp->installEventFilter(&requests);
+            }
+            desk.Receive(SampleFrame(1));
+            QVERIFY(lamp->lit());
+            QCOMPARE(lamp->colour(), ToQColor(desk.form->model().DataOK.colour));
+            QCoreApplication::processEvents();
+            desk.timers.Advance(1000);
+            desk.window->Render();
+            QVERIFY(!lamp->lit());
+            QCoreApplication::processEvents();
+        }
+        qApp->removeEventFilter(&requests);
+        QVERIFY(lamp->isVisible());
+        QCOMPARE(requests.count, 0);
     }
 
     void exitWritesTheSettingsAndClosesTheWindow() {
