@@ -14,11 +14,12 @@ namespace brizalog {
 // shown, and the application leaves every event loop with the exit status 1.
 void RunHandler(const std::function<void()>& handler);
 
-// The same for events that may come far faster than a screen can show them, the serial
-// arrivals: the handler runs at once, every time, so the model follows every frame, while the
-// windows render at the pace of a reading eye, at most 20 times a second. A render put off is
-// never lost: it follows within that spacing of the last event, or at once with the next
-// RunHandler (a click, a tick) or FlushRenders.
+// The same for events that no person is waiting on, the serial arrivals and the timers' ticks,
+// which together may come far faster than a screen can show them: the handler runs at once,
+// every time, so the model follows every frame and tick, while the windows render at the pace
+// of a reading eye, at most 20 times a second. A render put off is never lost: it follows
+// within that spacing of the last event, or at once with the next RunHandler (a click, a key)
+// or FlushRenders.
 void RunHandlerAtScreenPace(const std::function<void()>& handler);
 
 // Renders now whatever RunHandlerAtScreenPace has put off; for tests that look at a window

@@ -41,7 +41,7 @@ QTimer& DesktopTimers::TimerOf(FormTimer& timer) {
                 return;
             }
             *running = true;
-            RunHandler([&timer] { timer.Fire(); });
+            RunHandlerAtScreenPace([&timer] { timer.Fire(); });
             *running = false;
         });
     }
