@@ -34,7 +34,7 @@ inline QString IndexedName(const char* base, int i) {
 // Any widget with a text (label, button, action): the text is set only when it differs.
 template <typename Widget>
 void ShowText(Widget* widget, const std::string& text) {
-    if (widget->text() != QLatin1StringView(text.data(), static_cast<qsizetype>(text.size()))) {
+    if (!ShowsText(widget->text(), text)) {
         widget->setText(ToQt(text));
     }
 }
@@ -68,9 +68,8 @@ inline void ShowLabel(QLabel* label, const Control& control) {
 }
 
 inline void ShowGroup(QGroupBox* group, const Control& control) {
-    const std::string& text = control.text;
-    if (group->title() != QLatin1StringView(text.data(), static_cast<qsizetype>(text.size()))) {
-        group->setTitle(ToQt(text));
+    if (!ShowsText(group->title(), control.text)) {
+        group->setTitle(ToQt(control.text));
     }
     ShowState(group, control);
 }

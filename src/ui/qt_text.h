@@ -11,6 +11,12 @@ inline QString ToQt(std::string_view text) {
     return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+// True when `shown` already holds `text`: a render asks this of every label many times a
+// second, so it compares the characters as they stand, without making a QString of them.
+inline bool ShowsText(const QString& shown, std::string_view text) {
+    return shown == QLatin1StringView(text.data(), static_cast<qsizetype>(text.size()));
+}
+
 inline std::string FromQt(const QString& text) {
     return text.toLatin1().toStdString();
 }
