@@ -5,7 +5,8 @@ set -euo pipefail
 
 packages=(
     cmake ninja-build g++ make
-    qt6-base-dev qt6-serialport-dev libgl-dev
+    qt6-base-dev qt6-serialport-dev qt6-charts-dev libgl-dev
+    libmosquitto-dev mosquitto mosquitto-clients openssl
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xauth clang-format ccache
     dpkg-dev file desktop-file-utils appstream lintian

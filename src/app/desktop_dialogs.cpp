@@ -69,33 +69,62 @@ void DesktopDialogs::ShowMessage(const std::string& text) {
     Exec(box);
 }
 
+// Every window the main form opens, by its name: a row names one window, or a family of windows
+// that one opener serves. Adding a window is one row.
+const std::vector<DesktopDialogs::Opener>& DesktopDialogs::Openers() {
+    const auto named = [](std::string_view window) {
+        return [window](std::string_view name) { return name == window; };
+    };
+    static const std::vector<Opener> openers = {
+        {named("ProgramSetup"), &DesktopDialogs::OpenProgramSetup},
+        {named("FindComms"), &DesktopDialogs::OpenFindComms},
+        {named("frmAbout"), &DesktopDialogs::OpenAbout},
+        // GraphBZ, GraphDEMO, GraphRE, GraphML, GraphCC and GraphCC_QX.
+        {[](std::string_view name) { return FindGraphMember(name) != nullptr; },
+         &DesktopDialogs::OpenGraphWindow},
+        {IsMonitorWindow, &DesktopDialogs::OpenMonitorWindow},
+        {ChannelSetup::IsChannelSetup, &DesktopDialogs::OpenChannelSetup},
+        {SmallInput::IsSmallInput, &DesktopDialogs::OpenSmallInput},
+        {named(CalibrationForm::kWindow), &DesktopDialogs::OpenCalibration},
+        {named(HelpViewer::kWindow), &DesktopDialogs::OpenHelp},
+    };
+    return openers;
+}
+
 void DesktopDialogs::OpenWindow(std::string_view name, bool /*modal*/) {
     if (m_form == nullptr) {
         return;
     }
-    if (name == "ProgramSetup") {
-        ProgramSetupWindow window(m_form->state(), m_form->programFolder(), *this, m_probe,
-                                  m_parent);
-        window.Load();
-        Exec(window);
-    } else if (name == "FindComms") {
-        FindCommsWindow window(m_form->state().settings, m_probe, m_parent);
-        Exec(window);
-    } else if (name == "frmAbout") {
-        AboutWindow window(m_parent);
-        Exec(window);
-    } else if (const GraphMember* member = FindGraphMember(name)) {
-        // GraphBZ, GraphDEMO, GraphRE, GraphML, GraphCC and GraphCC_QX: each opening is a fresh
-        // window, which loads and shows today's log when there is one.
-        GraphWindowView window(*member, m_form->state(), m_form->programFolder(), m_form->clock(),
-                               *this, m_parent);
-        window.Load();
-        Exec(window);
-    } else if (IsMonitorWindow(name)) {
-        OpenMonitorWindow(name);
-    } else {
-        OpenSetupWindow(name);
+    for (const Opener& opener : Openers()) {
+        if (opener.names(name)) {
+            (this->*opener.open)(name);
+            return;
+        }
     }
+}
+
+void DesktopDialogs::OpenProgramSetup(std::string_view /*name*/) {
+    ProgramSetupWindow window(m_form->state(), m_form->programFolder(), *this, m_probe, m_parent);
+    window.Load();
+    Exec(window);
+}
+
+void DesktopDialogs::OpenFindComms(std::string_view /*name*/) {
+    FindCommsWindow window(m_form->state().settings, m_probe, m_parent);
+    Exec(window);
+}
+
+void DesktopDialogs::OpenAbout(std::string_view /*name*/) {
+    AboutWindow window(m_parent);
+    Exec(window);
+}
+
+// Each opening is a fresh window, which loads and shows today's log when there is one.
+void DesktopDialogs::OpenGraphWindow(std::string_view name) {
+    GraphWindowView window(*FindGraphMember(name), m_form->state(), m_form->programFolder(),
+                           m_form->clock(), *this, m_parent);
+    window.Load();
+    Exec(window);
 }
 
 TimerBackend& DesktopDialogs::WindowTimers() {
@@ -149,28 +178,31 @@ void DesktopDialogs::CloseMonitors() {
     }
 }
 
-// The channel forms, the small input windows they open over themselves, CALIBRATION and help.
-// A small input window stands over the window that is active when it opens: its channel form.
-void DesktopDialogs::OpenSetupWindow(std::string_view name) {
-    SharedState& state = m_form->state();
-    QWidget* over = Foremost();
-    if (ChannelSetup::IsChannelSetup(name)) {
-        ChannelSetupWindow window(name, state, m_form->programFolder(), *this, over);
-        window.Load();
-        Exec(window);
-    } else if (SmallInput::IsSmallInput(name)) {
-        SmallInputWindow window(name, state, over);
-        window.Load();
-        Exec(window);
-    } else if (name == CalibrationForm::kWindow) {
-        CalibrationWindow window(state, m_form->programFolder(), *this, WindowTimers(), over);
-        window.Load();
-        Exec(window);
-    } else if (name == HelpViewer::kWindow) {
-        HelpWindow window(m_form->programFolder(), *this, over);
-        window.Load();
-        Exec(window);
-    }
+// The channel forms, the small input windows they open over themselves, CALIBRATION and help
+// stand over the window that is active when they open: a small input window over its channel form.
+void DesktopDialogs::OpenChannelSetup(std::string_view name) {
+    ChannelSetupWindow window(name, m_form->state(), m_form->programFolder(), *this, Foremost());
+    window.Load();
+    Exec(window);
+}
+
+void DesktopDialogs::OpenSmallInput(std::string_view name) {
+    SmallInputWindow window(name, m_form->state(), Foremost());
+    window.Load();
+    Exec(window);
+}
+
+void DesktopDialogs::OpenCalibration(std::string_view /*name*/) {
+    CalibrationWindow window(m_form->state(), m_form->programFolder(), *this, WindowTimers(),
+                             Foremost());
+    window.Load();
+    Exec(window);
+}
+
+void DesktopDialogs::OpenHelp(std::string_view /*name*/) {
+    HelpWindow window(m_form->programFolder(), *this, Foremost());
+    window.Load();
+    Exec(window);
 }
 
 }  // namespace brizalog

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "acquisition/port_discovery.h"
 #include "catalogue/services.h"
@@ -45,12 +46,26 @@ public:
     std::function<void(QWidget*)> onWindowShown;
 
 private:
+    // A row of the table of windows: which names it opens, and how.
+    struct Opener {
+        std::function<bool(std::string_view name)> names;
+        void (DesktopDialogs::*open)(std::string_view name);
+    };
+    static const std::vector<Opener>& Openers();
+
     int Exec(class QDialog& dialog);
+    void OpenProgramSetup(std::string_view name);
+    void OpenFindComms(std::string_view name);
+    void OpenAbout(std::string_view name);
+    void OpenGraphWindow(std::string_view name);
+    void OpenChannelSetup(std::string_view name);
+    void OpenSmallInput(std::string_view name);
+    void OpenCalibration(std::string_view name);
+    void OpenHelp(std::string_view name);
     // Monitors are not modal: each opens beside the main window and stays until it is closed,
     // or until the main window closes, which closes them all.
     void OpenMonitorWindow(std::string_view name);
     void CloseMonitors();
-    void OpenSetupWindow(std::string_view name);
     // The modal window on top, or the main window when none is up.
     QWidget* Foremost() const;
     // The timers given by SetTimers, or QTimers of the dialogs' own.

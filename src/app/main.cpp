@@ -12,7 +12,7 @@
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
 #include "catalogue/qt/splash_window.h"
-#include "help/about.h"
+#include "catalogue/version.h"
 #include "ui/event_gate.h"
 
 int main(int argc, char* argv[]) {

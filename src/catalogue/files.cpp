@@ -134,7 +134,7 @@ fs::path ReplacementPath(const fs::path& path) {
     return replacement;
 }
 
-void WriteWholeFile(const fs::path& path, std::string_view text) {
+void WriteWholeFile(const fs::path& path, std::string_view text, fs::perms mode) {
     std::error_code error;
     // A link to a settings file stays a link: its target is what gets replaced.
     fs::path target = path;
@@ -151,7 +151,9 @@ void WriteWholeFile(const fs::path& path, std::string_view text) {
     }
     const fs::path replacement = ReplacementPath(target);
     WriteFile(replacement, text, std::ios::trunc);
-    if (fs::exists(status)) {
+    if (mode != fs::perms::unknown) {
+        fs::permissions(replacement, mode, error);
+    } else if (fs::exists(status)) {
         fs::permissions(replacement, status.permissions(), error);
     }
     SyncToDisk(replacement);

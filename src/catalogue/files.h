@@ -22,8 +22,11 @@ std::string ReadWholeFile(const std::filesystem::path& path);
 // Replaces the file with `text`, whole: the text goes to a new file beside it, which is made
 // durable and then renamed over the old one, so that a power cut at any instant leaves either
 // the old file or the new one, never a torn one. A file that is no regular file (a device, a
-// link to one) is written in place.
-void WriteWholeFile(const std::filesystem::path& path, std::string_view text);
+// link to one) is written in place. The new file takes the old one's permissions, or `mode` when
+// one is given (a file that holds a password is made readable by its owner only before it is
+// renamed into place).
+void WriteWholeFile(const std::filesystem::path& path, std::string_view text,
+                    std::filesystem::perms mode = std::filesystem::perms::unknown);
 // The name of the new file that WriteWholeFile renames over `path`.
 std::filesystem::path ReplacementPath(const std::filesystem::path& path);
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "catalogue/indexed_array.h"
+#include "catalogue/options.h"
 
 namespace brizalog {
 
@@ -78,6 +79,8 @@ struct SharedState {
     Settings settings;
     ChannelTable channels;
     Calibration calibration;
+    // Brizalog's own choices (options.cfg), read at start-up and after the Options window.
+    Options options;
 };
 
 }  // namespace brizalog

@@ -5,8 +5,8 @@
 
 #include "catalogue/files.h"
 #include "catalogue/patterns.h"
+#include "catalogue/plot.h"
 #include "catalogue/text_rules.h"
-#include "history/plot.h"
 
 namespace brizalog {
 

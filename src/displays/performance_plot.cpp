@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/plot.h"
 #include "catalogue/text_rules.h"
-#include "history/plot.h"
 
 namespace brizalog {
 

@@ -11,10 +11,10 @@
 
 #include "catalogue/control.h"
 #include "catalogue/indexed_array.h"
+#include "catalogue/plot.h"
 #include "catalogue/services.h"
 #include "catalogue/state.h"
 #include "history/graph_family.h"
-#include "history/plot.h"
 
 namespace brizalog {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "catalogue/plot.h"
 #include "history/graph_window.h"
-#include "history/plot.h"
 
 namespace brizalog {
 

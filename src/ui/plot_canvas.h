@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-#include "history/plot.h"
+#include "catalogue/plot.h"
 
 namespace brizalog {
 

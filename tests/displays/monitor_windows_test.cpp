@@ -3,13 +3,13 @@
 #include <limits>
 
 #include "catalogue/config_files.h"
+#include "catalogue/plot.h"
 #include "catalogue/virtual_platform.h"
 #include "displays/bar_meters.h"
 #include "displays/battery_monitor.h"
 #include "displays/daily_maximums.h"
 #include "displays/performance_plot.h"
 #include "displays/raw_data_viewers.h"
-#include "history/plot.h"
 
 namespace brizalog {
 namespace {

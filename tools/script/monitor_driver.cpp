@@ -2,8 +2,8 @@
 
 #include <map>
 
+#include "catalogue/plot.h"
 #include "displays/monitor_window.h"
-#include "history/plot.h"
 
 namespace brizalog::script {
 

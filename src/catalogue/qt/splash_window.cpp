@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "catalogue/provisioning.h"
-#include "help/about.h"
+#include "catalogue/version.h"
 #include "ui/qt_text.h"
 
 namespace brizalog {

@@ -8,7 +8,7 @@
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
-#include "help/about.h"
+#include "catalogue/version.h"
 #include "ui/qt_text.h"
 
 namespace brizalog {

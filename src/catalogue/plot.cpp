@@ -1,4 +1,4 @@
-#include "history/plot.h"
+#include "catalogue/plot.h"
 
 #include "catalogue/text_rules.h"
 

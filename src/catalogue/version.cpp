@@ -1,4 +1,4 @@
-#include "help/about.h"
+#include "catalogue/version.h"
 
 namespace brizalog {
 
