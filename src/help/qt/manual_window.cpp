@@ -16,6 +16,7 @@
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/qt_text.h"
 
@@ -23,8 +24,10 @@ namespace brizalog {
 
 namespace {
 
-// The widest a screenshot is shown, in logical pixels: about the width of a page of text.
+// The widest a screenshot is shown, in logical pixels: about the width of a page of text. In a
+// narrower window it shrinks with the text column, down to a size that still shows something.
 constexpr int kImageWidth = 760;
+constexpr int kSmallestImageWidth = 160;
 
 // Enter and Shift+Enter in the find box step through the matches; Escape is left to the window.
 class FindBox : public QLineEdit {
@@ -44,7 +47,15 @@ protected:
 
 }  // namespace
 
-void ManualBrowser::FitImages(int width) {
+void ManualBrowser::resizeEvent(QResizeEvent* event) {
+    QTextBrowser::resizeEvent(event);
+    FitImages();
+}
+
+void ManualBrowser::FitImages() {
+    // The text column: the viewport less the document's margins on both sides.
+    const int column = viewport()->width() - 2 * static_cast<int>(document()->documentMargin()) - 4;
+    const int width = std::max(kSmallestImageWidth, std::min(column, kImageWidth));
     QTextDocument* doc = document();
     for (QTextBlock block = doc->begin(); block.isValid(); block = block.next()) {
         for (auto it = block.begin(); !it.atEnd(); ++it) {
@@ -55,11 +66,15 @@ void ManualBrowser::FitImages(int width) {
             QTextImageFormat image = fragment.charFormat().toImageFormat();
             const QVariant resource = doc->resource(QTextDocument::ImageResource, image.name());
             const QImage picture = resource.value<QImage>();
-            if (picture.isNull() || picture.width() <= width) {
+            if (picture.isNull()) {
                 continue;
             }
-            image.setWidth(width);
-            image.setHeight(static_cast<double>(picture.height()) * width / picture.width());
+            const int shown = std::min(width, picture.width());
+            if (static_cast<int>(image.width()) == shown) {
+                continue;
+            }
+            image.setWidth(shown);
+            image.setHeight(static_cast<double>(picture.height()) * shown / picture.width());
             QTextCursor cursor(doc);
             cursor.setPosition(fragment.position());
             cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
@@ -79,6 +94,7 @@ ManualWindow::ManualWindow(std::vector<std::filesystem::path> folders, QWidget* 
     m_contents->setObjectName(QStringLiteral("contents"));
     m_contents->setAccessibleName(QStringLiteral("Contents"));
     m_contents->setTextElideMode(Qt::ElideRight);
+    m_contents->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_browser = new ManualBrowser(this);
     m_browser->setObjectName(QStringLiteral("guide"));
     m_browser->setAccessibleName(QStringLiteral("Manual"));
@@ -92,7 +108,7 @@ ManualWindow::ManualWindow(std::vector<std::filesystem::path> folders, QWidget* 
     splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
     const int em = fontMetrics().horizontalAdvance(QStringLiteral("M"));
-    splitter->setSizes({em * 14, em * 50});
+    splitter->setSizes({em * 17, em * 70});
 
     // The find bar, hidden until Ctrl+F.
     m_findBar = new QWidget(this);
@@ -172,7 +188,7 @@ ManualWindow::ManualWindow(std::vector<std::filesystem::path> folders, QWidget* 
     });
 
     // A page of text and its contents, within what the screen offers.
-    QSize size(em * 68, em * 46);
+    QSize size(em * 92, em * 62);
     if (const QScreen* screen = parent != nullptr ? parent->screen() : this->screen()) {
         size = size.boundedTo(screen->availableGeometry().size() * 9 / 10);
     }
@@ -190,7 +206,7 @@ void ManualWindow::Load() {
             QUrl::fromLocalFile(folder + QStringLiteral("/")).toString());
     }
     m_browser->setMarkdown(ToQt(m.markdown));
-    m_browser->FitImages(kImageWidth);
+    m_browser->FitImages();
     IndexHeadings();
     m_contents->clear();
     for (const ManualSection& section : m.sections) {

@@ -22,8 +22,11 @@ class ManualBrowser : public QTextBrowser {
 
 public:
     using QTextBrowser::QTextBrowser;
-    // Makes every image no wider than `width` logical pixels, keeping its proportions.
-    void FitImages(int width);
+    // Makes every image as wide as the text column at most, keeping its proportions.
+    void FitImages();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 };
 
 // "Brizalog manual": the user guide with its contents beside it, a find bar (Ctrl+F; Enter and
