@@ -130,6 +130,42 @@ std::vector<std::filesystem::path> ManualFolders(const std::filesystem::path& pr
     return folders;
 }
 
+namespace {
+
+// "[text](#anchor)" becomes "text" where no heading of `markdown` has the anchor any more: a
+// link to a section that the guide leaves out would lead nowhere.
+std::string UnlinkMissingSections(const std::string& markdown) {
+    std::vector<std::string> anchors;
+    for (const ManualSection& section : ManualSections(markdown)) {
+        anchors.push_back(section.anchor);
+    }
+    std::string out;
+    out.reserve(markdown.size());
+    std::size_t from = 0;
+    for (;;) {
+        const std::size_t middle = markdown.find("](#", from);
+        const std::size_t open =
+            middle == std::string::npos ? std::string::npos : markdown.rfind('[', middle);
+        const std::size_t close =
+            middle == std::string::npos ? std::string::npos : markdown.find(')', middle);
+        if (middle == std::string::npos || open == std::string::npos || open < from ||
+            close == std::string::npos) {
+            out.append(markdown, from, std::string::npos);
+            return out;
+        }
+        const std::string anchor = markdown.substr(middle + 3, close - middle - 3);
+        if (std::find(anchors.begin(), anchors.end(), anchor) != anchors.end()) {
+            out.append(markdown, from, close + 1 - from);
+        } else {
+            out.append(markdown, from, open - from);
+            out.append(markdown, open + 1, middle - open - 1);
+        }
+        from = close + 1;
+    }
+}
+
+}  // namespace
+
 std::string UserGuide(std::string_view readme) {
     std::string guide;
     guide.reserve(readme.size());
@@ -146,7 +182,7 @@ std::string UserGuide(std::string_view readme) {
             guide.append(line);
         }
     });
-    return guide;
+    return UnlinkMissingSections(guide);
 }
 
 std::string HeadingAnchor(std::string_view heading) {

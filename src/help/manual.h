@@ -22,7 +22,8 @@ std::vector<std::filesystem::path> ManualFolders(const std::filesystem::path& pr
 
 // The README without its developers' sections (the layout of the code, the scenario runner,
 // hardening): each such "## " section goes with everything under it up to the next "## " heading.
-// Lines inside fenced code blocks are never headings, whatever they start with.
+// Lines inside fenced code blocks are never headings, whatever they start with. A link to a
+// section left out keeps its text and loses its target.
 std::string UserGuide(std::string_view readme);
 
 // The anchor that a link inside the README uses for a heading ("[Install](#install)"): lower

@@ -31,17 +31,19 @@ TEST(Manual, HeadingAnchorsAreThoseTheReadmeLinksUse) {
 }
 
 // A developer's section goes with its subsections up to the next "## "; a "#" line inside a
-// code block is a shell comment, never a heading that ends or starts a section.
+// code block is a shell comment, never a heading that ends or starts a section. A link to a
+// section left out would lead nowhere: only its text stays.
 TEST(Manual, UserGuideDropsTheDevelopersSectionsWholeAndReadsCodeBlocksAsText) {
     const std::string readme =
-        "# Brizalog\n\nIntro.\n\n"
+        "# Brizalog\n\nIntro, see [Logs](#logs-and-watt-hours) and [the "
+        "runner](#scenario-runner).\n\n"
         "## Install\n\n```sh\n## Scenario runner\nmake package\n```\n\n"
         "## Scenario runner\n\nDriven by scripts.\n\n"
         "### Commands\n\n```\n## Install\n```\n\nstart\n\n"
         "## Logs and watt-hours\n\nDaily logs.\n";
     const std::string guide = UserGuide(readme);
     EXPECT_EQ(guide,
-              "# Brizalog\n\nIntro.\n\n"
+              "# Brizalog\n\nIntro, see [Logs](#logs-and-watt-hours) and the runner.\n\n"
               "## Install\n\n```sh\n## Scenario runner\nmake package\n```\n\n"
               "## Logs and watt-hours\n\nDaily logs.\n");
 

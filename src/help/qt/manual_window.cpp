@@ -17,6 +17,7 @@
 #include <QTextDocument>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <vector>
 
 #include "ui/qt_text.h"
 
@@ -52,35 +53,53 @@ void ManualBrowser::resizeEvent(QResizeEvent* event) {
     FitImages();
 }
 
-void ManualBrowser::FitImages() {
+int ManualBrowser::ImageWidth() const {
     // The text column: the viewport less the document's margins on both sides.
     const int column = viewport()->width() - 2 * static_cast<int>(document()->documentMargin()) - 4;
-    const int width = std::max(kSmallestImageWidth, std::min(column, kImageWidth));
-    QTextDocument* doc = document();
-    for (QTextBlock block = doc->begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            if (!fragment.isValid() || !fragment.charFormat().isImageFormat()) {
-                continue;
-            }
-            QTextImageFormat image = fragment.charFormat().toImageFormat();
-            const QVariant resource = doc->resource(QTextDocument::ImageResource, image.name());
-            const QImage picture = resource.value<QImage>();
-            if (picture.isNull()) {
-                continue;
-            }
-            const int shown = std::min(width, picture.width());
-            if (static_cast<int>(image.width()) == shown) {
-                continue;
-            }
-            image.setWidth(shown);
-            image.setHeight(static_cast<double>(picture.height()) * shown / picture.width());
-            QTextCursor cursor(doc);
-            cursor.setPosition(fragment.position());
-            cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
-            cursor.setCharFormat(image);
-        }
+    return std::max(kSmallestImageWidth, std::min(column, kImageWidth));
+}
+
+// A screenshot wider than the column is shown at the column's width, drawn from as many of its
+// own pixels as the screen has for that width.
+QImage ManualBrowser::Fitted(const QImage& picture, int width) const {
+    if (picture.width() <= width) {
+        return picture;
     }
+    const qreal ratio = devicePixelRatioF();
+    QImage fitted = picture.scaledToWidth(std::min(picture.width(), qRound(width * ratio)),
+                                          Qt::SmoothTransformation);
+    fitted.setDevicePixelRatio(static_cast<qreal>(fitted.width()) / width);
+    return fitted;
+}
+
+QVariant ManualBrowser::loadResource(int type, const QUrl& name) {
+    const QVariant loaded = QTextBrowser::loadResource(type, name);
+    if (type != QTextDocument::ImageResource) {
+        return loaded;
+    }
+    QImage picture = loaded.value<QImage>();
+    if (picture.isNull()) {
+        picture = QImage::fromData(loaded.toByteArray());
+    }
+    if (picture.isNull()) {
+        return loaded;
+    }
+    m_pictures[name] = picture;
+    m_fittedWidth = ImageWidth();
+    return Fitted(picture, m_fittedWidth);
+}
+
+void ManualBrowser::FitImages() {
+    const int width = ImageWidth();
+    if (width == m_fittedWidth || m_pictures.empty()) {
+        return;
+    }
+    m_fittedWidth = width;
+    QTextDocument* doc = document();
+    for (const auto& [name, picture] : m_pictures) {
+        doc->addResource(QTextDocument::ImageResource, name, Fitted(picture, width));
+    }
+    doc->markContentsDirty(0, doc->characterCount());
 }
 
 ManualWindow::ManualWindow(std::vector<std::filesystem::path> folders, QWidget* parent)
@@ -100,6 +119,12 @@ ManualWindow::ManualWindow(std::vector<std::filesystem::path> folders, QWidget* 
     m_browser->setAccessibleName(QStringLiteral("Manual"));
     m_browser->setOpenLinks(false);
     m_browser->setOpenExternalLinks(false);
+    // A match stays marked while the find box has the focus.
+    QPalette marks = m_browser->palette();
+    for (const QPalette::ColorRole role : {QPalette::Highlight, QPalette::HighlightedText}) {
+        marks.setColor(QPalette::Inactive, role, marks.color(QPalette::Active, role));
+    }
+    m_browser->setPalette(marks);
 
     auto* splitter = new QSplitter(this);
     splitter->addWidget(m_contents);
@@ -206,7 +231,16 @@ void ManualWindow::Load() {
             QUrl::fromLocalFile(folder + QStringLiteral("/")).toString());
     }
     m_browser->setMarkdown(ToQt(m.markdown));
-    m_browser->FitImages();
+    // A long line of code wraps rather than make the whole page scroll sideways.
+    QTextCursor cursor(m_browser->document());
+    for (QTextBlock block = m_browser->document()->begin(); block.isValid(); block = block.next()) {
+        if (block.blockFormat().nonBreakableLines()) {
+            QTextBlockFormat format = block.blockFormat();
+            format.setNonBreakableLines(false);
+            cursor.setPosition(block.position());
+            cursor.setBlockFormat(format);
+        }
+    }
     IndexHeadings();
     m_contents->clear();
     for (const ManualSection& section : m.sections) {
@@ -241,13 +275,19 @@ bool ManualWindow::FindNext(bool backward) {
     if (!text.isEmpty()) {
         const QTextDocument::FindFlags flags =
             backward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
+        const QTextCursor before = m_browser->textCursor();
+        const int scrolled = m_browser->verticalScrollBar()->value();
         found = m_browser->find(text, flags);
         if (!found) {
-            // From the other end, once.
-            QTextCursor cursor = m_browser->textCursor();
+            // From the other end, once; a text that is nowhere leaves the page where it was.
+            QTextCursor cursor = before;
             cursor.movePosition(backward ? QTextCursor::End : QTextCursor::Start);
             m_browser->setTextCursor(cursor);
             found = m_browser->find(text, flags);
+            if (!found) {
+                m_browser->setTextCursor(before);
+                m_browser->verticalScrollBar()->setValue(scrolled);
+            }
         }
     }
     m_viewer.FindResult(found);

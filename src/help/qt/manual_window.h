@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QDialog>
+#include <QImage>
 #include <QTextBrowser>
+#include <QUrl>
 #include <map>
 #include <string>
 
@@ -26,7 +28,15 @@ public:
     void FitImages();
 
 protected:
+    QVariant loadResource(int type, const QUrl& name) override;
     void resizeEvent(QResizeEvent* event) override;
+
+private:
+    int ImageWidth() const;
+    QImage Fitted(const QImage& picture, int width) const;
+
+    std::map<QUrl, QImage> m_pictures;  // each image as read, by its name in the text
+    int m_fittedWidth = 0;
 };
 
 // "Brizalog manual": the user guide with its contents beside it, a find bar (Ctrl+F; Enter and
