@@ -119,6 +119,9 @@ ManualWindow::ManualWindow(std::vector<std::filesystem::path> folders, QWidget* 
     m_browser->setAccessibleName(QStringLiteral("Manual"));
     m_browser->setOpenLinks(false);
     m_browser->setOpenExternalLinks(false);
+    // Text, code and screenshots all fit the column: what is left to scroll sideways is a
+    // pixel of rounding in a table's width, whose bar would only take room.
+    m_browser->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // A match stays marked while the find box has the focus.
     QPalette marks = m_browser->palette();
     for (const QPalette::ColorRole role : {QPalette::Highlight, QPalette::HighlightedText}) {
