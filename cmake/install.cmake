@@ -79,6 +79,12 @@ set(CPACK_PACKAGE_NAME brizalog)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(BRIZALOG_MAINTAINER "Brizalog developers <brizalog@users.noreply.github.com>" CACHE STRING
     "The Maintainer of the Debian package: name and mail address")
+# A build folder configured before the package named a real maintainer still holds the
+# placeholder of that time in its cache; it gives way to the real address.
+if(BRIZALOG_MAINTAINER MATCHES "\\.invalid>$")
+    set(BRIZALOG_MAINTAINER "Brizalog developers <brizalog@users.noreply.github.com>" CACHE STRING
+        "The Maintainer of the Debian package: name and mail address" FORCE)
+endif()
 set(CPACK_PACKAGE_CONTACT "${BRIZALOG_MAINTAINER}")
 set(CPACK_PACKAGE_VENDOR "Brizalog")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "data logger for wind, solar and battery installations")
