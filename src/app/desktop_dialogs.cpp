@@ -14,6 +14,7 @@
 #include "history/qt/graph_window_view.h"
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
+#include "setup/qt/options_window.h"
 #include "setup/qt/program_setup_window.h"
 #include "setup/qt/small_input_window.h"
 #include "ui/qt_text.h"
@@ -87,6 +88,7 @@ const std::vector<DesktopDialogs::Opener>& DesktopDialogs::Openers() {
         {SmallInput::IsSmallInput, &DesktopDialogs::OpenSmallInput},
         {named(CalibrationForm::kWindow), &DesktopDialogs::OpenCalibration},
         {named(HelpViewer::kWindow), &DesktopDialogs::OpenHelp},
+        {named(OptionsForm::kWindow), &DesktopDialogs::OpenOptions},
     };
     return openers;
 }
@@ -201,6 +203,13 @@ void DesktopDialogs::OpenCalibration(std::string_view /*name*/) {
 
 void DesktopDialogs::OpenHelp(std::string_view /*name*/) {
     HelpWindow window(m_form->programFolder(), *this, Foremost());
+    window.Load();
+    Exec(window);
+}
+
+// Brizalog's own choices; the main form reads them again when the window has closed.
+void DesktopDialogs::OpenOptions(std::string_view /*name*/) {
+    OptionsWindow window(m_form->programFolder(), *this, Foremost());
     window.Load();
     Exec(window);
 }

@@ -6,6 +6,7 @@
 #include "help/help_viewer.h"
 #include "setup/calibration_form.h"
 #include "setup/channel_setup.h"
+#include "setup/options_form.h"
 #include "setup/small_input.h"
 
 namespace brizalog::script {
@@ -93,7 +94,8 @@ class SetupDriver : public WindowDriver {
 public:
     bool Handles(std::string_view window) const override {
         return ChannelSetup::IsChannelSetup(window) || SmallInput::IsSmallInput(window) ||
-               window == CalibrationForm::kWindow || window == HelpViewer::kWindow;
+               window == CalibrationForm::kWindow || window == HelpViewer::kWindow ||
+               window == OptionsForm::kWindow;
     }
 
     // Each opening makes the window afresh, as a form loaded again reads everything anew.
@@ -119,6 +121,11 @@ public:
             m_windows[name] = std::move(held);
             form.Form_Load();
             form.timer1().Attach(&run.timers);
+        } else if (window == OptionsForm::kWindow) {
+            auto held = std::make_unique<HeldForm<OptionsForm>>(run.programFolder, dialogs);
+            auto& form = held->form;
+            m_windows[name] = std::move(held);
+            form.Form_Load();
         } else {
             auto held = std::make_unique<HeldHelp>(run.programFolder, dialogs);
             auto& form = held->form;
