@@ -13,6 +13,7 @@
 #include "app/headless.h"
 #include "app/program_folder.h"
 #include "catalogue/files.h"
+#include "catalogue/options.h"
 #include "catalogue/text_rules.h"
 #include "ui/event_gate.h"
 
@@ -25,6 +26,24 @@ constexpr const char* kUsage =
     "FOLDER is the program folder, made and provisioned when missing; by default the folder of\n"
     "the program when it may write there, otherwise ~/Brizalog.\n";
 
+// A box in a shed logs for months with nobody looking: it keeps logging armed until the device
+// speaks, makes its logs folder again and holds unended text to a bound, unless options.cfg
+// says otherwise.
+void ApplyLoggerDefaults(brizalog::Options& options) {
+    if (!options.Has("KeepLoggingArmed")) {
+        options.SetFlag("KeepLoggingArmed", true);
+    }
+}
+
+// The program's own health (a file it cannot write, and when it can again) in the journal.
+void TellNoticesOnStandardError() {
+    brizalog::SetNoticeTeller([](std::string_view source, const std::string& text) {
+        if (!text.empty()) {
+            brizalog::TellOnStandardError(std::string(source) + ": " + text);
+        }
+    });
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -32,6 +51,7 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationName(QStringLiteral("brizalog-logger"));
     // A failure that ends the desktop program is told in a message box; here on standard error.
     brizalog::SetFailureTeller(brizalog::TellOnStandardError);
+    TellNoticesOnStandardError();
 
     const QStringList args = QCoreApplication::arguments().mid(1);
     if (args.size() == 1 && (args[0] == QStringLiteral("--help") || args[0] == "-h")) {
@@ -50,7 +70,7 @@ int main(int argc, char* argv[]) {
     }
 
     // Settings files are replaced whole and made durable, so a power cut never tears one.
-    brizalog::SetDiskSync(brizalog::SyncFileToDisk);
+    brizalog::UsePlatformFiles();
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
     brizalog::DesktopSerialLink serial(folder);
@@ -59,6 +79,8 @@ int main(int argc, char* argv[]) {
     // There is no splash to click: the start-up makes whatever is missing in the folder before
     // anything reads it, as the splash does, and the abort flag stays 0 as after a plain click.
     brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
+    form.state().options = brizalog::ReadOptions(folder);
+    ApplyLoggerDefaults(form.state().options);
     serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
 
     // The desktop shows nothing when the device goes and comes back; a box without a screen
