@@ -322,9 +322,9 @@ bool EndsMidLine(const fs::path& path) {
 
 }  // namespace
 
-void AppendLine(const fs::path& path, std::string_view line) {
+void AppendLine(const fs::path& path, std::string_view line, bool mendTornEnd) {
     std::string text;
-    if (EndsMidLine(path)) {
+    if (mendTornEnd && EndsMidLine(path)) {
         text.reserve(kCrLf.size() + line.size());
         text.append(kCrLf).append(line);
         line = text;

@@ -79,10 +79,11 @@ void SetDiskSync(DiskSync sync);
 // Opens the file for append (making it when missing), writes `text`, closes it.
 void AppendToFile(const std::filesystem::path& path, std::string_view text);
 // Appends one line of a file of lines (a record of a log, a row of the spreadsheet copy, a
-// rollover record), ended by CR LF in `line`, and makes it durable. When the file does not end
-// with CR LF, as after a power cut in the middle of a line, the line starts on a new line: the
-// torn piece stays the damaged line that it is, and the new line is whole.
-void AppendLine(const std::filesystem::path& path, std::string_view line);
+// rollover record), ended by CR LF in `line`, with one write, and makes it durable. With
+// `mendTornEnd`, when the file does not end with CR LF, as after a power cut in the middle of a
+// line, the line starts on a new line: the torn piece stays the damaged line that it is, and the
+// new line is whole. Without it the line follows the torn piece, as a plain append does.
+void AppendLine(const std::filesystem::path& path, std::string_view line, bool mendTornEnd);
 // Makes one folder; a folder that exists already, or one that cannot be made, is a failure.
 void MakeFolder(const std::filesystem::path& path);
 // Names of the files in `folder` whose names match `pattern` ("*" and "?" wildcards), compared

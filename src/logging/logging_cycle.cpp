@@ -110,7 +110,9 @@ void Brizalog::Timer1_Timer() {
             return;
         }
         s.LastLogTime = HoursMinutes(m_services.clock.Now());
-        const bool remakeLogs = KeepLoggingArmed();
+        // An unattended logger also mends what a power cut left: a missing logs folder, a
+        // torn last line.
+        const bool unattended = KeepLoggingArmed();
         for (const LogFile& file : LogFilesOf(s.settings.SystemType)) {
             // Each file is opened, appended to and closed here; one that cannot be written is
             // passed over and the next one still gets its record.
@@ -118,8 +120,8 @@ void Brizalog::Timer1_Timer() {
                 const std::filesystem::path path =
                     InFolder(m_folder, LogFileLiteral(file.prefix, dateTag));
                 const std::string record = LogRecord(file, s.LastLogTime, s);
-                m_fileHealth.Write("log", "the log", path, remakeLogs,
-                                   [&] { AppendLine(path, record); });
+                m_fileHealth.Write("log", "the log", path, unattended,
+                                   [&] { AppendLine(path, record, unattended); });
             });
         }
         if (s.settings.SaveExcel == 1) {
@@ -132,7 +134,7 @@ void Brizalog::Timer1_Timer() {
             Step([&] {
                 const std::string row = SpreadsheetRow(s, LongTime(m_services.clock.Now()));
                 m_fileHealth.Write("excel", "the spreadsheet copy", path, false,
-                                   [&] { AppendLine(path, row); });
+                                   [&] { AppendLine(path, row, unattended); });
             });
         }
     }
