@@ -85,6 +85,7 @@ struct MainFormModel {
     Control display[9];
     Control CALIBRATIONmenu;
     Control rawdatamenu;
+    Control optionsMENU;  // Brizalog's own choices, last in the Setup menu
     Control NOW;
     Control plot;
     Control plotwindmill1;

@@ -16,6 +16,7 @@
 #include "history/qt/graph_window_view.h"
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
+#include "setup/qt/options_window.h"
 #include "setup/qt/program_setup_window.h"
 #include "setup/qt/small_input_window.h"
 #include "ui/qt_text.h"
@@ -90,6 +91,7 @@ const std::vector<DesktopDialogs::Opener>& DesktopDialogs::Openers() {
         {named(CalibrationForm::kWindow), &DesktopDialogs::OpenCalibration},
         {named(HelpViewer::kWindow), &DesktopDialogs::OpenHelp},
         {named(ManualViewer::kWindow), &DesktopDialogs::OpenManual},
+        {named(OptionsForm::kWindow), &DesktopDialogs::OpenOptions},
     };
     return openers;
 }
@@ -230,6 +232,13 @@ void DesktopDialogs::OpenManual(std::string_view /*name*/) {
         onWindowShown(window);
     }
     window->show();
+}
+
+// Brizalog's own choices; the main form reads them again when the window has closed.
+void DesktopDialogs::OpenOptions(std::string_view /*name*/) {
+    OptionsWindow window(m_form->programFolder(), *this, Foremost());
+    window.Load();
+    Exec(window);
 }
 
 }  // namespace brizalog

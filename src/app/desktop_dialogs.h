@@ -63,6 +63,7 @@ private:
     void OpenCalibration(std::string_view name);
     void OpenHelp(std::string_view name);
     void OpenManual(std::string_view name);
+    void OpenOptions(std::string_view name);
     // Monitors are not modal: each opens beside the main window and stays until it is closed,
     // or until the main window closes, which closes them all.
     void OpenMonitorWindow(std::string_view name);

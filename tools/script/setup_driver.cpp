@@ -8,6 +8,7 @@
 #include "help/help_viewer.h"
 #include "setup/calibration_form.h"
 #include "setup/channel_setup.h"
+#include "setup/options_form.h"
 #include "setup/program_setup.h"
 #include "setup/small_input.h"
 
@@ -147,7 +148,8 @@ public:
     bool Handles(std::string_view window) const override {
         return ChannelSetup::IsChannelSetup(window) || SmallInput::IsSmallInput(window) ||
                window == CalibrationForm::kWindow || window == HelpViewer::kWindow ||
-               window == ProgramSetup::kWindow || window == FindComms::kWindow;
+               window == ProgramSetup::kWindow || window == FindComms::kWindow ||
+               window == OptionsForm::kWindow;
     }
 
     // Each opening makes the window afresh, as a form loaded again reads everything anew.
@@ -189,6 +191,11 @@ public:
         } else if (window == FindComms::kWindow) {
             // FindComms has no load of its own: it opens empty until "find ports" is clicked.
             m_windows[name] = std::make_unique<HeldFindComms>(state.settings, run.ports);
+        } else if (window == OptionsForm::kWindow) {
+            auto held = std::make_unique<HeldForm<OptionsForm>>(run.programFolder, dialogs);
+            auto& form = held->form;
+            m_windows[name] = std::move(held);
+            form.Form_Load();
         } else {
             auto held = std::make_unique<HeldHelp>(run.programFolder, dialogs);
             auto& form = held->form;
