@@ -182,20 +182,5 @@ TEST(MeterFailureMessage, NamesTheOptionOnlyWhereItWouldHaveHelped) {
     }
 }
 
-// The choice reaches the running program when the Options window closes, without a restart.
-TEST(MeterFailureChoice, TakesEffectWhenTheOptionsWindowCloses) {
-    StartedForm f(4);
-    f.dialogs.onOpenWindow = [&f](std::string_view window, bool) {
-        if (window == "Options") {
-            f.folder.Write("options.cfg", "<ContainMeterFailures>1</ContainMeterFailures>\r\n");
-        }
-    };
-    ASSERT_TRUE(f.form.Click("optionsMENU"));
-    f.Receive("<msg><tmpr>20.5");
-    EXPECT_NO_THROW(f.Receive("</tmpr><sensor>0</sensor></msg><msg><tmpr>21"));
-    EXPECT_EQ(f.form.MeterFailuresContained(), 1);
-    EXPECT_TRUE(f.model().LogOK.visible);
-}
-
 }  // namespace
 }  // namespace brizalog::testing

@@ -1,11 +1,9 @@
-// The Options window on the desktop: the last entry of the Setup menu opens it over the main
-// window, frames go on arriving while it is up, Enter saves and Escape leaves the file alone,
+// The Options window on the desktop: it opens over the main window, frames go on arriving while
+// it is up, Enter saves and Escape leaves the file alone,
 // and the choices reach the running program when it closes.
 
-#include <QAction>
 #include <QCheckBox>
 #include <QLineEdit>
-#include <QMenu>
 #include <QScreen>
 #include <QScrollArea>
 #include <QTest>
@@ -22,15 +20,6 @@ class OptionsWindowTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void isTheLastEntryOfTheSetupMenu() {
-        testing::WindowDesk desk;
-        desk.StartOnDesktop();
-        auto* setup = desk.window->findChild<QMenu*>(QStringLiteral("setup"));
-        QVERIFY(setup != nullptr);
-        QCOMPARE(setup->actions().last()->objectName(), QStringLiteral("optionsMENU"));
-        QCOMPARE(setup->actions().last()->text(), QStringLiteral("Options..."));
-    }
-
     // Space ticks the focused box, typing fills the port, Enter is OK.
     void enterSavesWhatWasTypedAndTheProgramTakesIt() {
         testing::WindowDesk desk;
