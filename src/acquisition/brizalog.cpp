@@ -235,6 +235,14 @@ void Brizalog::OpenWindow(std::string_view name, bool modal) {
 // ---- Clicks --------------------------------------------------------------------------------
 
 bool Brizalog::Click(std::string_view name) {
+    for (const AddedMenuEntry& entry : kAddedMenuEntries) {
+        if (name == entry.name) {
+            if (Reachable(entry.parent)) {
+                OpenWindow(entry.window, false);
+            }
+            return true;
+        }
+    }
     std::string_view base;
     int index = -1;
     if (!SplitIndexedName(name, base, index)) {

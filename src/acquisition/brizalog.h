@@ -11,6 +11,7 @@
 #include "acquisition/main_form_model.h"
 #include "catalogue/services.h"
 #include "catalogue/state.h"
+#include "logging/file_health.h"
 
 namespace brizalog {
 
@@ -148,6 +149,10 @@ private:
     // logging/
     void StartLogging();
     void StopLogging();
+    // The choice that keeps an unattended logger logging: a first tick without data leaves
+    // logging armed, a logs folder that has gone is made again, and text without a frame end is
+    // held to a bound. On by default in the headless logger, off on the desktop.
+    bool KeepLoggingArmed() const;
     void ReplayTodaysLog();
 
     std::filesystem::path m_folder;
@@ -171,6 +176,7 @@ private:
         std::size_t m_scanned = 0;  // the buffer's first m_scanned bytes hold no whole marker
     };
     void ResetReceiveBuffer(std::string_view text);
+    void BoundReceiveBuffer();
 
     std::string m_receiveBuffer;
     MarkerSearch m_frameEnd{"]"};
@@ -203,6 +209,9 @@ private:
     int m_temperatureToggle1 = 0;  // Label3(0) in system 3: Max, then Min, then Max
     int m_temperatureToggle2 = 0;  // Label3(4) in system 4
     int m_intervalAssumed = 0;     // the replay counted a line without "<L>" as 10 seconds
+    FileHealth m_fileHealth;       // which of the logging files could not be written last
+    bool m_noDataTold = false;     // "NO DATA AVAILABLE YET" was told while logging stayed armed
+    bool m_dropTold = false;       // text without a frame end was dropped since the last frame
 };
 
 }  // namespace brizalog

@@ -35,6 +35,24 @@ void ApplyLoggerOptions(brizalog::Options& options, bool strict) {
     options.SetFlag("ContainMeterFailures", !strict);
 }
 
+// A box in a shed logs for months with nobody looking: it keeps logging armed until the device
+// speaks, makes its logs folder again and holds unended text to a bound, unless options.cfg
+// says otherwise.
+void ApplyLoggerDefaults(brizalog::Options& options) {
+    if (!options.Has("KeepLoggingArmed")) {
+        options.SetFlag("KeepLoggingArmed", true);
+    }
+}
+
+// The program's own health (a file it cannot write, and when it can again) in the journal.
+void TellNoticesOnStandardError() {
+    brizalog::SetNoticeTeller([](std::string_view source, const std::string& text) {
+        if (!text.empty()) {
+            brizalog::TellOnStandardError(std::string(source) + ": " + text);
+        }
+    });
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -42,6 +60,7 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationName(QStringLiteral("brizalog-logger"));
     // A failure that ends the desktop program is told in a message box; here on standard error.
     brizalog::SetFailureTeller(brizalog::TellOnStandardError);
+    TellNoticesOnStandardError();
 
     QStringList args = QCoreApplication::arguments().mid(1);
     const bool strict = args.removeAll(QStringLiteral("--strict")) > 0;
@@ -61,7 +80,7 @@ int main(int argc, char* argv[]) {
     }
 
     // Settings files are replaced whole and made durable, so a power cut never tears one.
-    brizalog::SetDiskSync(brizalog::SyncFileToDisk);
+    brizalog::UsePlatformFiles();
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
     brizalog::DesktopSerialLink serial(folder);
@@ -70,12 +89,9 @@ int main(int argc, char* argv[]) {
     // There is no splash to click: the start-up makes whatever is missing in the folder before
     // anything reads it, as the splash does, and the abort flag stays 0 as after a plain click.
     brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
-    form.SetOptionsOverride(
-        [strict](brizalog::Options& options) { ApplyLoggerOptions(options, strict); });
-    brizalog::SetNoticeTeller([](std::string_view, const std::string& text) {
-        if (!text.empty()) {
-            brizalog::TellOnStandardError(text);
-        }
+    form.SetOptionsOverride([strict](brizalog::Options& options) {
+        ApplyLoggerOptions(options, strict);
+        ApplyLoggerDefaults(options);
     });
     serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
 

@@ -22,7 +22,7 @@ int main(int argc, char* argv[]) {
     const std::filesystem::path folder = brizalog::ProgramFolder();
 
     // Settings files are replaced whole and made durable, so a power cut never tears one.
-    brizalog::SetDiskSync(brizalog::SyncFileToDisk);
+    brizalog::UsePlatformFiles();
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
     brizalog::DesktopSerialLink serial(folder);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "catalogue/failure.h"
+#include "catalogue/files.h"
 
 namespace brizalog {
 
@@ -52,6 +53,11 @@ bool RunTrapped(const std::function<void()>& handler) {
     }
     try {
         handler();
+    } catch (const FileFailure& failure) {
+        // Which file, and why: a full disk at exit or at start is then plain to see.
+        EndWithFailure(std::string(failure.what()) + "\r\n" + failure.path().string() + ": " +
+                       failure.reason());
+        return false;
     } catch (const Failure& failure) {
         EndWithFailure(failure.what());
         return false;
