@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kPort = 3;
 const QString kFailure = QStringLiteral("Invalid procedure call or argument");
-const QString kSkipped = QStringLiteral("a meter message cut badly was skipped at ");
+const QString kSkipped = QStringLiteral("a message cut badly was skipped at ");
 
 }  // namespace
 
@@ -74,7 +74,8 @@ private slots:
         QVERIFY2(!errors.contains(kFailure + QStringLiteral("\n")), qPrintable(errors));
         // Each skipped message is one line of its own, led by the date and time.
         QVERIFY2(QRegularExpression(
-                     QStringLiteral("(^|\n)\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  ") + kSkipped)
+                     QStringLiteral("(^|\n)\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  meter: ") +
+                     kSkipped)
                      .match(errors)
                      .hasMatch(),
                  qPrintable(errors));
