@@ -8,8 +8,8 @@
 #include "help/help_viewer.h"
 #include "setup/calibration_form.h"
 #include "setup/channel_setup.h"
-#include "setup/program_setup.h"
 #include "setup/options_form.h"
+#include "setup/program_setup.h"
 #include "setup/small_input.h"
 
 namespace brizalog::script {
