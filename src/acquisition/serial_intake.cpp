@@ -186,8 +186,8 @@ void Brizalog::ContainMeterFailure(const Failure& failure) {
     logOK.colour = kRed;
     logOK.visible = true;
     m_timer2.Enable();
-    TellNotice("meter", "a meter message cut badly was skipped at " +
-                            LongTime(m_services.clock.Now()) + " (" + failure.what() + "; " +
+    TellNotice("meter", "a message cut badly was skipped at " + LongTime(m_services.clock.Now()) +
+                            " (" + failure.what() + "; " +
                             std::to_string(m_meterFailuresContained) + " since the start)");
 }
 

@@ -1,6 +1,9 @@
 #include "setup/options_form.h"
 
 #include <exception>
+#include <system_error>
+
+#include "catalogue/files.h"
 
 namespace brizalog {
 
@@ -56,8 +59,15 @@ Options OptionsForm::Edited() const {
 }
 
 void OptionsForm::OK_Click() {
+    const Options edited = Edited();
+    std::error_code error;
+    // Every choice at its default says nothing that a missing file does not: none is made.
+    if (edited == Options{} && !std::filesystem::exists(InFolder(m_folder, kOptionsFile), error)) {
+        m_closeRequested = true;
+        return;
+    }
     try {
-        WriteOptions(Edited(), m_folder);
+        WriteOptions(edited, m_folder);
     } catch (const std::exception& failure) {
         m_dialogs.ShowMessage("The options could not be saved in options.cfg:\r\n" +
                               std::string(failure.what()));

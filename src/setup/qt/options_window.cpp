@@ -53,8 +53,9 @@ OptionsWindow::OptionsWindow(std::filesystem::path folder, Dialogs& dialogs, QWi
         box->setObjectName(ToQt(tag));
         box->setToolTip(hint);
         box->setMinimumWidth(em * 18);
-        if (!row.hint.empty()) {
-            box->setPlaceholderText(hint.section(QLatin1Char(':'), 0, 0));
+        // What an empty box means, where the row says so ("Empty: 1883, or 8883 with TLS.").
+        if (hint.startsWith(QStringLiteral("Empty: "))) {
+            box->setPlaceholderText(hint.mid(7));
         }
         if (row.kind == OptionKind::Secret) {
             box->setEchoMode(QLineEdit::Password);
@@ -118,8 +119,15 @@ OptionsWindow::OptionsWindow(std::filesystem::path folder, Dialogs& dialogs, QWi
     AddRenderer(this, [this] { Render(); });
 }
 
+// The keyboard starts at the first row, whatever the scroll area would take first.
 void OptionsWindow::Load() {
     RunHandler([this] { m_form.Form_Load(); });
+    const std::string first(OptionRows().front().tag);
+    if (const auto check = m_checks.find(first); check != m_checks.end()) {
+        check->second->setFocus();
+    } else if (const auto box = m_boxes.find(first); box != m_boxes.end()) {
+        box->second->setFocus();
+    }
 }
 
 void OptionsWindow::reject() {
