@@ -335,6 +335,36 @@ private slots:
         QCOMPARE(logger.errors.count(QStringLiteral("were dropped")), 1);
     }
 
+    // --set changes one value of a stopped logger's files, or refuses and leaves them alone.
+    void setChangesOneSettingOrOptionAndRefusesWhatCouldNotStart() {
+        QTemporaryDir dir;
+        const QString path = dir.path();
+        LoggingSettings(path);
+        const QByteArray before = ReadFile(path + QStringLiteral("/hardware.cfg"));
+        const struct {
+            const char* assignment;
+            int status;
+            const char* file;
+            const char* holds;
+        } cases[] = {
+            {"LogDelay=30", 0, "hardware.cfg", "<LogDelay>30</LogDelay>"},
+            {"KeepLoggingArmed=0", 0, "options.cfg", "<KeepLoggingArmed>0</KeepLoggingArmed>"},
+            {"LogOn=yes", 2, "hardware.cfg", "<LogOn>1</LogOn>"},
+            {"SystemType=99999", 1, "hardware.cfg", "<SystemType>1</SystemType>"},
+            {"NoSuchTag=1", 2, "hardware.cfg", "<LogDelay>30</LogDelay>"},
+            {"LogDelay", 2, "hardware.cfg", "<LogDelay>30</LogDelay>"},
+        };
+        for (const auto& c : cases) {
+            QProcess set;
+            set.start(Program(), {QStringLiteral("--set"), QLatin1String(c.assignment), path});
+            QVERIFY(set.waitForFinished(10000));
+            QCOMPARE(set.exitCode(), c.status);
+            QVERIFY2(ReadFile(path + QLatin1Char('/') + QLatin1String(c.file)).contains(c.holds),
+                     c.assignment);
+        }
+        QCOMPARE(ReadFile(path + QStringLiteral("/hardware.cfg")).size(), before.size() + 1);
+    }
+
     void aSettingsFileWithoutSettingsEndsTheLoggerWithTheFailure() {
         QTemporaryDir dir;
         const QString path = dir.path();
