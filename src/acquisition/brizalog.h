@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,6 +57,21 @@ public:
     void OpenPort();
     // The serial event: everything queued at the port is appended to ReceiveBuffer.
     void MSComm1_OnComm();
+
+    // Reads options.cfg into state().options, then lays the program's own overrides over it
+    // (the headless logger's choices). Runs at the start, before anything reads an option, and
+    // after the Options window has closed.
+    void LoadOptions();
+    // What LoadOptions lays over the file's choices; none by default.
+    void SetOptionsOverride(std::function<void(Options&)> override) {
+        m_optionsOverride = std::move(override);
+    }
+    // What the desktop program says when a failure of the serial event ends it: the platform's
+    // message, and, when the failure may be a CC128 message cut badly that the user could have
+    // chosen to skip, where that choice is.
+    std::string EndingMessage(const std::string& platformText) const;
+    // How many meter messages cut badly were skipped since the start (ContainMeterFailures).
+    long MeterFailuresContained() const { return m_meterFailuresContained; }
 
     // ---- Timers ----
     void Timer1_Timer();  // logging tick (logging/)
@@ -112,6 +128,9 @@ private:
     void CalculateChannels();
     void DecodeLoggerFrame();
     void DecodeMeterFrame();
+    // A failure of the 128 branch that the user chose to contain: LogOK turns red and a notice
+    // tells the time.
+    void ContainMeterFailure(const class Failure& failure);
     // One element of a frame into RawValue[index]: its start tag is tag `startTag` of `tags`,
     // its end tag the next one. A value that is not a number keeps the old reading and turns
     // LogOK red.
@@ -185,6 +204,8 @@ private:
     };
     std::vector<PanelRow> m_panelRows[9];
     bool m_exitRequested = false;
+    std::function<void(Options&)> m_optionsOverride;
+    long m_meterFailuresContained = 0;
     int m_temperatureToggle1 = 0;  // Label3(0) in system 3: Max, then Min, then Max
     int m_temperatureToggle2 = 0;  // Label3(4) in system 4
     int m_intervalAssumed = 0;     // the replay counted a line without "<L>" as 10 seconds

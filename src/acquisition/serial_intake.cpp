@@ -1,5 +1,6 @@
 #include "acquisition/brizalog.h"
 #include "catalogue/failure.h"
+#include "catalogue/local_time.h"
 #include "catalogue/options.h"
 #include "catalogue/system_types.h"
 
@@ -146,7 +147,18 @@ void Brizalog::SerialIntake(std::string_view received) {
                 BoundReceiveBuffer();
                 return;
             }
-            takeMeterFrame();
+            if (!m_state.options.Flag("ContainMeterFailures")) {
+                takeMeterFrame();
+                return;
+            }
+            // The user's choice: a cut that holds the end of one message and the start of the
+            // next is skipped as the Classic branch skips it, and said so, so that a real CC128
+            // behind a USB adapter cannot end the program.
+            try {
+                takeMeterFrame();
+            } catch (const Failure& failure) {
+                ContainMeterFailure(failure);
+            }
             return;
 
         case DecoderKind::None:
@@ -155,6 +167,28 @@ void Brizalog::SerialIntake(std::string_view received) {
             CalculateChannels();
             return;
     }
+}
+
+std::string Brizalog::EndingMessage(const std::string& platformText) const {
+    if (DecoderOf(m_state.settings.SystemType) != DecoderKind::Meter128 ||
+        m_state.options.Flag("ContainMeterFailures")) {
+        return platformText;
+    }
+    return platformText +
+           "\r\n\r\nA CC128 meter message may have been cut badly by the serial line. Brizalog "
+           "can skip such messages and keep logging: Setup > Options..., \"" +
+           std::string(FindOptionRow("ContainMeterFailures")->caption) + "\".";
+}
+
+void Brizalog::ContainMeterFailure(const Failure& failure) {
+    ++m_meterFailuresContained;
+    Control& logOK = m_model.LogOK;
+    logOK.colour = kRed;
+    logOK.visible = true;
+    m_timer2.Enable();
+    TellNotice("meter", "a meter message cut badly was skipped at " +
+                            LongTime(m_services.clock.Now()) + " (" + failure.what() + "; " +
+                            std::to_string(m_meterFailuresContained) + " since the start)");
 }
 
 }  // namespace brizalog

@@ -21,15 +21,24 @@
 namespace {
 
 constexpr const char* kUsage =
-    "Usage: brizalog-logger [FOLDER]\n"
+    "Usage: brizalog-logger [--strict] [FOLDER]\n"
     "       brizalog-logger --set NAME=VALUE [FOLDER]\n"
     "Logs the frames of the serial port of FOLDER's settings into FOLDER/logs, without windows,\n"
     "until SIGTERM or SIGINT (Ctrl-C), which save the settings and end it as Exit does.\n"
     "FOLDER is the program folder, made and provisioned when missing; by default the folder of\n"
     "the program when it may write there, otherwise ~/Brizalog.\n"
+    "A CC128 meter message cut badly by the serial line is skipped with a line on standard\n"
+    "error; --strict ends the logger on it instead, as the desktop program does by default.\n"
     "--set changes one setting of hardware.cfg (LogOn=1, LogDelay=30, Port=4, ...) or one\n"
     "option of options.cfg (KeepLoggingArmed=0, ...) and ends. Stop a running logger first:\n"
     "it saves hardware.cfg from memory when it stops.\n";
+
+// The choices that keep a logger without a screen logging, whatever options.cfg says for the
+// desktop: a meter message cut badly is skipped (one line on standard error each) unless
+// --strict asks for the desktop's default, which ends the program.
+void ApplyLoggerOptions(brizalog::Options& options, bool strict) {
+    options.SetFlag("ContainMeterFailures", !strict);
+}
 
 // A box in a shed logs for months with nobody looking: it keeps logging armed until the device
 // speaks, makes its logs folder again and holds unended text to a bound, unless options.cfg
@@ -104,7 +113,8 @@ int main(int argc, char* argv[]) {
     brizalog::SetFailureTeller(brizalog::TellOnStandardError);
     TellNoticesOnStandardError();
 
-    const QStringList args = QCoreApplication::arguments().mid(1);
+    QStringList args = QCoreApplication::arguments().mid(1);
+    const bool strict = args.removeAll(QStringLiteral("--strict")) > 0;
     if (args.size() == 1 && (args[0] == QStringLiteral("--help") || args[0] == "-h")) {
         std::fputs(kUsage, stdout);
         return 0;
@@ -138,8 +148,10 @@ int main(int argc, char* argv[]) {
     // There is no splash to click: the start-up makes whatever is missing in the folder before
     // anything reads it, as the splash does, and the abort flag stays 0 as after a plain click.
     brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
-    form.state().options = brizalog::ReadOptions(folder);
-    ApplyLoggerDefaults(form.state().options);
+    form.SetOptionsOverride([strict](brizalog::Options& options) {
+        ApplyLoggerOptions(options, strict);
+        ApplyLoggerDefaults(options);
+    });
     serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
 
     // The desktop shows nothing when the device goes and comes back; a box without a screen

@@ -137,6 +137,12 @@ void Options::Set(std::string_view tag, std::string value) {
     m_values.insert_or_assign(std::string(tag), std::move(value));
 }
 
+void Options::Erase(std::string_view tag) {
+    if (const auto it = m_values.find(tag); it != m_values.end()) {
+        m_values.erase(it);
+    }
+}
+
 std::string Options::FileText() const {
     std::string text;
     const auto line = [&text](std::string_view tag, std::string_view value) {

@@ -29,9 +29,9 @@ bool g_ending = false;
 void RenderAll();
 
 void ShowFailureBox(const std::string& message) {
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("Brizalog"),
-                    QString::fromLatin1(message.data(), static_cast<qsizetype>(message.size())),
-                    QMessageBox::Ok);
+    QString text = QString::fromLatin1(message.data(), static_cast<qsizetype>(message.size()));
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("Brizalog"), text, QMessageBox::Ok);
     box.exec();
 }
 
