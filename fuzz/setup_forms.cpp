@@ -103,9 +103,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         ProgramSetup setup(s, rig.folder, rig.platform.dialogs, rig.ports);
         Run([&] { setup.Form_Load(); });
         ProgramSetupModel& m = setup.model();
-        Control* boxes[] = {&m.PortNumber, &m.BaudSelect,      &m.LogDelay,
-                            &m.WSUnits,    &m.Personalization, &m.Cents[0],
-                            &m.Cents[1],   &m.Cents[2]};
+        Control* boxes[] = {&m.PortNumber,      &m.BaudSelect, &m.LogDelay, &m.WSUnits,
+                            &m.Personalization, &m.Cents[0],   &m.Cents[1], &m.Cents[2]};
         Control* ticks[] = {&m.SaveExcel, &m.LogOn, &m.DisplayMessages};
         for (const Edit& e : edits) {
             if (e.field < 8) {
