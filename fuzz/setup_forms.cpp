@@ -7,6 +7,7 @@
 
 #include "acquisition/port_discovery.h"
 #include "catalogue/config_files.h"
+#include "catalogue/files.h"
 #include "catalogue/provisioning.h"
 #include "fuzz_support.h"
 #include "setup/calibration_form.h"
@@ -69,8 +70,14 @@ struct Rig {
         return names;
     }
     SharedState& Fresh() {
+        // Only a file that the last input changed is written back.
         for (int i = 0; i < 3; ++i) {
-            WriteWholeFile(folder / std::string(Names()[i]).substr(1), files[i]);
+            const std::filesystem::path path = folder / std::string(Names()[i]).substr(1);
+            std::string now;
+            Run([&] { now = ReadWholeFile(path); });
+            if (now != files[i]) {
+                WriteWholeFile(path, files[i]);
+            }
         }
         state = pristine;
         platform.dialogs.messages.clear();
@@ -180,11 +187,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Run([&] { calibration.SAVEcalibration_Click(); });
     }
 
-    // Whatever was typed and saved, the next start reads the files, or fails in the way its
-    // trap contains; the numbers in memory stay finite.
-    SharedState next;
-    Run([&] { LoadConfigFiles(next, rig.folder); });
+    // Whatever was typed and saved, the next start reads the form's file, or fails in the way
+    // its trap contains; the numbers in memory stay finite.
+    static SharedState next;
+    Run([&] {
+        const int file = form == 0 ? 0 : form <= 4 ? 1 : 2;
+        const std::string text =
+            ReadWholeFile(rig.folder / std::string(Rig::Names()[file]).substr(1));
+        if (file == 0) {
+            LoadSettings(text, next.settings);
+        } else if (file == 1) {
+            LoadChannelTable(text, next.channels);
+        } else {
+            LoadCalibration(text, next.calibration);
+        }
+    });
     CheckFinite(s);
-    CheckFinite(next);
     return 0;
 }

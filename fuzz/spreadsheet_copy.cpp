@@ -11,6 +11,7 @@
 
 #include "acquisition/brizalog.h"
 #include "catalogue/config_files.h"
+#include "catalogue/files.h"
 #include "catalogue/local_time.h"
 #include "fuzz_support.h"
 #include "logging/log_records.h"
