@@ -22,10 +22,10 @@ const std::vector<OptionRow> kRows = {
      "longer ends the program: that message is skipped, LogOK turns red, the next one decodes."},
     {"KeepLoggingArmed", "Meters and logging", "Start logging again when data comes",
      OptionKind::Flag, "0",
-     "Logging that stopped because no frame had come by the first tick starts again with the "
-     "first frame; a logs folder that has gone is made again; a record after a line cut short "
-     "by a power failure starts on a line of its own; text beyond 1 MiB without a frame end is "
-     "dropped."},
+     "Logging stays on when no frame has come by its first tick, and its records begin with "
+     "the first frame; a logs folder that has gone is made again; a record after a line cut "
+     "short by a power failure starts on a line of its own; text beyond 1 MiB without a frame "
+     "end is dropped."},
 
     // History windows.
     {"ChartScales", "History windows", "Scales around the history charts", OptionKind::Flag, "1",
