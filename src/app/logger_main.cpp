@@ -12,6 +12,7 @@
 #include "acquisition/qt/platform.h"
 #include "app/headless.h"
 #include "app/program_folder.h"
+#include "app/publishing.h"
 #include "catalogue/files.h"
 #include "catalogue/text_rules.h"
 #include "ui/event_gate.h"
@@ -90,12 +91,19 @@ int main(int argc, char* argv[]) {
     if (!started || brizalog::ApplicationEnding()) {
         return 1;
     }
+    // Brizalog's own notices (a broker it cannot reach) go to the journal, led by their source.
+    brizalog::SetNoticeTeller([](std::string_view source, const std::string& text) {
+        if (!text.empty()) {
+            brizalog::TellOnStandardError(std::string(source) + ": " + text);
+        }
+    });
     // A message at start-up is the port message: the start was cut short, with no port or no
     // logging. The desktop program waits for "setup Hardware"; a logger has no such menu, so it
     // ends and leaves the retry to whoever started it (the user unit restarts it).
     if (dialogs.Count() > 0) {
         return 1;
     }
+    brizalog::Publishing publishing(form);
     // What the journal of a box without a screen needs first: which folder, which port, and
     // whether records are written.
     const auto& settings = form.state().settings;

@@ -34,7 +34,7 @@ constexpr std::array<QuantityInfo, 8> kQuantities{{
     {"", "rpm", "measurement", 0},
     {"", "", "measurement", 2},
     {"power", "W", "measurement", 1},
-    {"energy", "Wh", "total_increasing", 1},
+    {"energy", "Wh", "total_increasing", 2},
     {"temperature",
      "\xC2\xB0"
      "C",

@@ -52,7 +52,10 @@ struct PublishingForm : FormFixture {
     RecordingLink link;
     FormPublisher publisher{form, link};
 
-    explicit PublishingForm(int type, const std::string& moreOptions = "") : FormFixture(type) {
+    explicit PublishingForm(int type, const std::string& moreOptions = "",
+                            LocalDateTime startAt = {2026, 3, 7, 14, 0, 0, 0})
+        : FormFixture(type) {
+        clock.Set(startAt);
         SetSetting("LogOn", "1");
         SetSetting("LogDelay", "10");
         SetSetting("PersonalString", "Hill \"Top\" \xE9tage");
@@ -257,6 +260,32 @@ TEST(Publishing, FramesArePublishedOnlyWhenAskedAndAtMostOnceASecond) {
     f.clock.Set({2026, 3, 8, 0, 0, 0, 0});  // a second later, across midnight
     f.Receive("[<V1>13.5</V1><A1>4</A1>]");
     EXPECT_GT(f.link.sent.size(), first);
+}
+
+TEST(Publishing, TheDaysEnergyStartsAgainFromZeroAfterMidnight) {
+    PublishingForm f(1, "", {2026, 3, 7, 23, 59, 20, 0});
+    std::vector<double> energy;
+    f.timers.Advance(250);
+    for (int second = 0; second < 60; ++second) {
+        f.Receive("[<V1>1300</V1><A1>3000</A1>]");
+        const std::size_t before = f.link.sent.size();
+        f.timers.Advance(1000);
+        for (std::size_t i = before; i < f.link.sent.size(); ++i) {
+            if (f.link.sent[i].topic == "brizalog/shed/windmill_power_today/state") {
+                energy.push_back(std::stod(f.link.sent[i].payload));
+            }
+        }
+    }
+    // Ticks at :30, :40, :50 and 00:00 add up; the rollover in the first seconds of the day
+    // clears the total, so the tick at 00:00:10 holds that interval alone: Home Assistant takes
+    // the drop as a new day of a total_increasing meter.
+    ASSERT_EQ(energy.size(), 6u);
+    ASSERT_GT(energy[0], 0);
+    for (int i = 1; i < 4; ++i) {
+        EXPECT_NEAR(energy[i], energy[0] * (i + 1), 0.02) << i;
+    }
+    EXPECT_NEAR(energy[4], energy[0], 0.02);
+    EXPECT_NEAR(energy[5], energy[1], 0.02);
 }
 
 TEST(Publishing, MeterSystemsPublishTheirSlotsAndTemperatures) {
