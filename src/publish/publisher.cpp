@@ -481,13 +481,43 @@ void Publisher::BuildLayoutMessages(const SharedState& state) {
     m_freshSession = false;
 }
 
+bool Publisher::SameLayoutInputs(const SharedState& state) const {
+    if (m_freshSession || state.settings.SystemType != m_deviceModel ||
+        state.settings.PersonalString != m_deviceName || state.settings.WSUnits != m_windUnits) {
+        return false;
+    }
+    const ChannelTable& t = state.channels;
+    for (int n = 1; n <= 24; ++n) {
+        const std::uint8_t shown = t.enableDISPLAY[n] == 1 && t.HARDWAREenabled[n] == 1;
+        if (shown != m_shownFlags[static_cast<std::size_t>(n)] ||
+            (shown != 0 && t.ChannelName[n] != m_names[static_cast<std::size_t>(n)])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void Publisher::KeepLayoutInputs(const SharedState& state) {
+    const ChannelTable& t = state.channels;
+    for (int n = 1; n <= 24; ++n) {
+        const auto i = static_cast<std::size_t>(n);
+        m_shownFlags[i] = t.enableDISPLAY[n] == 1 && t.HARDWAREenabled[n] == 1;
+        m_names[i] = t.ChannelName[n];
+    }
+    m_statusTopic = m_settings.prefix + "/" + m_settings.site + "/status";
+}
+
 const std::vector<MqttMessage>& Publisher::Build(const SharedState& state,
                                                  const std::string& status, ValuesOf values) {
     m_messages.clear();
-    m_scratch = PublishedReadings(state, m_settings);
-    BuildLayoutMessages(state);
+    // The layout changes with a setup window or the Options, rarely; a tick of an unchanged one
+    // only formats the values.
+    if (!SameLayoutInputs(state)) {
+        m_scratch = PublishedReadings(state, m_settings);
+        BuildLayoutMessages(state);
+        KeepLayoutInputs(state);
+    }
     const bool tick = values == ValuesOf::Tick;
-    std::string payload;
     for (const PublishedReading& reading : m_layout) {
         double value = 0;
         switch (reading.quantity) {
@@ -504,14 +534,16 @@ const std::vector<MqttMessage>& Publisher::Build(const SharedState& state,
                 value = tick ? state.AvgValue[reading.index] : state.ChannelValue[reading.index];
                 break;
         }
-        if (FormatValue(value, InfoOf(reading.quantity).decimals, payload)) {
-            m_messages.push_back({reading.stateTopic, payload, MessageKind::State});
+        MqttMessage& message = m_messages.emplace_back();
+        if (FormatValue(value, InfoOf(reading.quantity).decimals, message.payload)) {
+            message.topic = reading.stateTopic;
+        } else {
+            m_messages.pop_back();
         }
     }
-    std::string statusPayload;
-    AppendUtf8(statusPayload, status);
-    m_messages.push_back({m_settings.prefix + "/" + m_settings.site + "/status",
-                          std::move(statusPayload), MessageKind::State});
+    MqttMessage& statusMessage = m_messages.emplace_back();
+    statusMessage.topic = m_statusTopic;
+    AppendUtf8(statusMessage.payload, status);
     return m_messages;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -97,6 +99,12 @@ private:
     std::string m_deviceName;                // PersonalString and system type of that build
     int m_deviceModel = -1;
     std::string m_windUnits;
+    // What the layout was built from, to tell at each build whether it can have changed.
+    bool SameLayoutInputs(const SharedState& state) const;
+    void KeepLayoutInputs(const SharedState& state);
+    std::array<std::uint8_t, 25> m_shownFlags{};
+    std::array<std::string, 25> m_names;
+    std::string m_statusTopic;
     std::vector<PublishedReading> m_scratch;
     std::vector<MqttMessage> m_messages;
     double m_lastFrameSecond = -1;
