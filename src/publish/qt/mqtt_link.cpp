@@ -21,6 +21,12 @@ using std::chrono::milliseconds;
 constexpr int kWindow = 100;
 constexpr int kQos = 1;
 
+bool SameConnection(const PublishSettings& a, const PublishSettings& b) {
+    return a.enabled == b.enabled && a.host == b.host && a.port == b.port && a.tls == b.tls &&
+           a.caFile == b.caFile && a.insecure == b.insecure && a.user == b.user &&
+           a.password == b.password && a.site == b.site && a.prefix == b.prefix;
+}
+
 void InitialiseLibrary() {
     static std::once_flag once;
     std::call_once(once, [] { mosquitto_lib_init(); });
@@ -112,8 +118,14 @@ void MqttLink::Run() {
         if (m_settingsChanged) {
             m_settingsChanged = false;
             const PublishSettings next = m_wanted;
+            if (m_client != nullptr && SameConnection(next, m_settings)) {
+                m_settings = next;  // discovery or per-frame: the publisher's business alone
+                continue;
+            }
             lock.unlock();
-            EndClient();
+            // The old broker gets what was meant for it (the removal of a site's entities)
+            // before the link moves on.
+            Leave(Clock::now() + milliseconds(1000));
             m_settings = next;
             m_birth.clear();
             if (m_settings.enabled) {
@@ -148,21 +160,28 @@ void MqttLink::Run() {
             }
         }
         lock.lock();
-        const bool busy = m_phase == Phase::Connected || m_phase == Phase::Connecting;
-        if (!busy && !m_stopping && !m_settingsChanged) {
-            m_wake.wait_for(lock, milliseconds(50));
+        const auto pending = [this] { return m_stopping || m_settingsChanged; };
+        if (m_client == nullptr) {
+            // Publishing is off: nothing to do until the settings change.
+            m_wake.wait(lock, pending);
+        } else if (m_phase == Phase::Waiting) {
+            m_wake.wait_for(lock, milliseconds(50), pending);
         }
     }
     lock.unlock();
 
-    // A clean stop: what is queued goes while the broker takes it, then "offline", which the
-    // broker keeps instead of sending the will.
+    const auto stopBy = [this] {
+        std::lock_guard guard(m_mutex);
+        return m_stopBy;
+    }();
+    Leave(stopBy);
+}
+
+// What is queued goes while the broker takes it, then "offline", which the broker keeps instead
+// of sending the will; all by `by` at the latest.
+void MqttLink::Leave(Clock::time_point by) {
     if (m_client != nullptr && m_phase == Phase::Connected) {
-        const auto stopBy = [this] {
-            std::lock_guard guard(m_mutex);
-            return m_stopBy;
-        }();
-        const auto drainBy = stopBy - (stopBy - Clock::now()) / 4;
+        const auto drainBy = by - (by - Clock::now()) / 4;
         while (m_phase == Phase::Connected && Clock::now() < drainBy) {
             Deliver();
             const bool empty = [this] {
@@ -183,7 +202,7 @@ void MqttLink::Run() {
             if (mosquitto_publish(m_client, &mid, topic.c_str(), 7, kOffline, kQos, true) ==
                 MOSQ_ERR_SUCCESS) {
                 ++m_inFlight;
-                while (m_inFlight > before && Clock::now() < stopBy &&
+                while (m_inFlight > before && Clock::now() < by &&
                        mosquitto_loop(m_client, 20, 1) == MOSQ_ERR_SUCCESS) {
                 }
             }

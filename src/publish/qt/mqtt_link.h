@@ -65,6 +65,7 @@ private:
     void Run();
     void StartClient();
     void EndClient();
+    void Leave(std::chrono::steady_clock::time_point by);
     void Connect();
     void Fail(const std::string& reason, std::chrono::milliseconds backoff);
     void Deliver();
