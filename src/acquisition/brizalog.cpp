@@ -39,7 +39,12 @@ Brizalog::Brizalog(std::filesystem::path programFolder, Services services)
     : m_folder(std::move(programFolder)), m_services(services) {
     // The windows made before the start-up already see the user's choices.
     LoadOptions();
-    m_timer1.SetHandler([this] { Timer1_Timer(); });
+    m_timer1.SetHandler([this] {
+        Timer1_Timer();
+        if (m_observer != nullptr) {
+            m_observer->AfterTick();
+        }
+    });
     m_timer2.SetHandler([this] { Timer2_Timer(); });
     // The rollover has no trap of its own: a Whours.txt that cannot be written ends it before the
     // day's totals are cleared. That failure ends the rollover only, never the program: the

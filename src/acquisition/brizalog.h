@@ -15,6 +15,16 @@
 
 namespace brizalog {
 
+// Told when a logging tick or a calculated frame has run to its end, so that something beside
+// the system (publishing to a broker) can read the state it left. An observer never throws and
+// never waits: it runs on the user-interface thread inside the handler.
+class FormObserver {
+public:
+    virtual ~FormObserver() = default;
+    virtual void AfterTick() = 0;
+    virtual void AfterFrame() = 0;
+};
+
 // The main form `Brizalog`: the application. It owns the shared state, the serial port, the
 // three timers and the panel model, and its handlers are the only way events reach the system.
 // Every handler runs to its end on the one user-interface thread before the next begins.
@@ -114,6 +124,8 @@ public:
     const std::string& ReceiveBuffer() const { return m_receiveBuffer; }
     const std::string& LoggerFrame() const { return m_loggerFrame; }
     const std::string& MeterFrame() const { return m_meterFrame; }
+    // One observer at most; null for none. It must outlive the form or be taken back first.
+    void SetObserver(FormObserver* observer) { m_observer = observer; }
     int ErrorLogEnabled = 0;  // nothing in the system sets it
     // The mode handed to plotDiagnostics at its opening: 1 windmill 1, 2 windmill 2, 3 both;
     // 0 when no opening is under way.
@@ -206,6 +218,7 @@ private:
     bool m_exitRequested = false;
     std::function<void(Options&)> m_optionsOverride;
     long m_meterFailuresContained = 0;
+    FormObserver* m_observer = nullptr;
     int m_temperatureToggle1 = 0;  // Label3(0) in system 3: Max, then Min, then Max
     int m_temperatureToggle2 = 0;  // Label3(4) in system 4
     int m_intervalAssumed = 0;     // the replay counted a line without "<L>" as 10 seconds

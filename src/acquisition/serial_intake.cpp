@@ -81,7 +81,12 @@ void Brizalog::BoundReceiveBuffer() {
 void Brizalog::MSComm1_OnComm() {
     const std::string received = m_services.serial.ReadAll();
     m_services.serial.ClearReceiveCount();
+    const long frames = m_state.GoodDataCount;
     SerialIntake(received);
+    // Every calculated frame adds to the count; a tick never runs inside this event.
+    if (m_observer != nullptr && m_state.GoodDataCount != frames) {
+        m_observer->AfterFrame();
+    }
 }
 
 // Whatever has arrived when the end marker is found is the frame, text behind the marker

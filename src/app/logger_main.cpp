@@ -13,6 +13,7 @@
 #include "app/headless.h"
 #include "app/program_folder.h"
 #include "catalogue/config_files.h"
+#include "app/publishing.h"
 #include "catalogue/files.h"
 #include "catalogue/options.h"
 #include "catalogue/text_rules.h"
@@ -189,6 +190,7 @@ int main(int argc, char* argv[]) {
     if (dialogs.Count() > 0) {
         return 1;
     }
+    brizalog::Publishing publishing(form);
     // What the journal of a box without a screen needs first: which folder, which port, and
     // whether records are written.
     const auto& settings = form.state().settings;

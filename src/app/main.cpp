@@ -9,6 +9,7 @@
 #include "acquisition/qt/platform.h"
 #include "app/desktop_dialogs.h"
 #include "app/program_folder.h"
+#include "app/publishing.h"
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
 #include "catalogue/qt/splash_window.h"
@@ -63,6 +64,7 @@ int main(int argc, char* argv[]) {
     if (!started || brizalog::ApplicationEnding() || form.ExitRequested()) {
         return 1;
     }
+    brizalog::Publishing publishing(form);
     window.show();
     return QApplication::exec();
 }
