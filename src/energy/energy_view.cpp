@@ -96,9 +96,12 @@ std::string_view EnergyViewName(EnergyView view) {
 
 EnergyTariff TariffOf(const SharedState& state, const std::filesystem::path& folder) {
     EnergyTariff tariff;
-    tariff.currency = state.options.Text("EnergyCurrency");
-    if (!state.options.Text("EnergyPrice").empty()) {
-        tariff.pricePerKWh = state.options.Number("EnergyPrice");
+    // The choices in memory, or options.cfg itself where nothing has read it into memory yet.
+    const bool inMemory = state.options.Has("EnergyPrice") || state.options.Has("EnergyCurrency");
+    const Options options = inMemory ? state.options : ReadOptions(folder);
+    tariff.currency = options.Text("EnergyCurrency");
+    if (!options.Text("EnergyPrice").empty()) {
+        tariff.pricePerKWh = options.Number("EnergyPrice");
         return tariff;
     }
     double cents = state.settings.PowerCents[0] > 0 ? state.settings.PowerCents[0] : kFirstRunCents;

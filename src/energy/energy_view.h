@@ -25,9 +25,9 @@ struct EnergyTariff {
     double pricePerKWh = 0.10;
     std::string currency = "$";
 };
-// The options' EnergyPrice and EnergyCurrency; an empty price is the first power rate of the
-// settings, which is in cents: the "<M>" that hardware.cfg holds when the setup form last saved
-// it, else the rate in memory, else the first-run 10 cents.
+// The options' EnergyPrice and EnergyCurrency (those in memory, else options.cfg's); an empty price
+// is the first power rate of the settings, which is in cents: the "<M>" that hardware.cfg holds
+// when the setup form last saved it, else the rate in memory, else the first-run 10 cents.
 EnergyTariff TariffOf(const SharedState& state, const std::filesystem::path& folder);
 // The cost of `wh` watt-hours, rounded to the cent, halves away from zero.
 double CostOf(double wh, const EnergyTariff& tariff);
