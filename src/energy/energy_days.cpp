@@ -116,7 +116,7 @@ long WalkDay(LogFamily family, const std::vector<std::string>& texts, const Chan
                 minute = -1;
             }
             if (cut || minute < 0 || intervalText.empty() || !(interval > 0) ||
-                line.find(lastField) == std::string::npos) {
+                InStr(line, lastField) == 0) {
                 ++damaged;
                 continue;
             }

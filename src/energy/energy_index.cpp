@@ -1,9 +1,12 @@
 #include "energy/energy_index.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <mutex>
 #include <system_error>
+#include <thread>
 
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
@@ -219,19 +222,45 @@ std::optional<EnergyBook> OpenEnergyBook(const std::filesystem::path& folder,
         }
     }
 
+    // The days are read on as many threads as the machine has cores: each takes the next day
+    // still to read, asking `progress` first, one at a time.
+    std::mutex mutex;
+    std::size_t taken = 0;
     bool cancelled = false;
-    for (std::size_t k = 0; k < toRead.size(); ++k) {
-        if (progress && !progress(k, toRead.size())) {
-            cancelled = true;
-            break;
+    const auto readDays = [&] {
+        for (;;) {
+            const LoggedDay* day = nullptr;
+            {
+                std::lock_guard<std::mutex> lock(mutex);
+                if (cancelled || taken == toRead.size()) {
+                    return;
+                }
+                if (progress && !progress(taken, toRead.size())) {
+                    cancelled = true;
+                    return;
+                }
+                day = toRead[taken++];
+            }
+            // The signature is taken before the read: a log that grows meanwhile is read again
+            // next time rather than kept under its older size.
+            std::string signature = DaySignature(folder, *day);
+            DayEnergy energy = ReadDayEnergy(folder, *day, channels);
+            std::lock_guard<std::mutex> lock(mutex);
+            book.days[day->date] = std::move(energy);
+            signatures[day->date] = std::move(signature);
+            ++book.reread;
         }
-        const LoggedDay& day = *toRead[k];
-        // The signature is taken before the read: a log that grows meanwhile is read again next
-        // time rather than kept under its older size.
-        std::string signature = DaySignature(folder, day);
-        book.days[day.date] = ReadDayEnergy(folder, day, channels);
-        signatures[day.date] = std::move(signature);
-        ++book.reread;
+    };
+    const std::size_t workers =
+        std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()),
+                              std::max<std::size_t>(1, toRead.size() / 4));
+    std::vector<std::thread> threads;
+    for (std::size_t w = 1; w < workers; ++w) {
+        threads.emplace_back(readDays);
+    }
+    readDays();
+    for (std::thread& thread : threads) {
+        thread.join();
     }
     if (progress && !cancelled) {
         progress(toRead.size(), toRead.size());

@@ -31,8 +31,9 @@ struct EnergyBook {
     std::size_t reread = 0;  // days read from their logs in this opening
 };
 
-// Called before each day is read from its logs with the count done and the count to read;
-// returning false cancels the opening.
+// Called before each day is read from its logs with the count of days taken so far and the count
+// to read; returning false cancels the opening. The days are read on several threads: the calls
+// come from any of them, one at a time.
 using EnergyProgress = std::function<bool(std::size_t done, std::size_t total)>;
 
 // What identifies the logs a day was read from: the family and each file's name, size and time

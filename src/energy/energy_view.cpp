@@ -439,18 +439,18 @@ std::vector<PowerPoint> HourlyPower(const EnergyBook& book, const CivilDate& fro
     return points;
 }
 
-std::vector<PowerPoint> EnergyModel::Power(const CivilDate& from, const CivilDate& to) const {
-    if (DayNumber(to) - DayNumber(from) + 1 > kFineSpanDays) {
-        return HourlyPower(m_book, from, to);
-    }
+std::vector<PowerPoint> FinePower(const std::filesystem::path& folder,
+                                  const std::vector<LoggedDay>& logged,
+                                  const ChannelTable& channels, const CivilDate& from,
+                                  const CivilDate& to) {
     constexpr int kStep = 5;
     std::vector<PowerPoint> points;
-    for (const LoggedDay& day : m_book.logged) {
+    for (const LoggedDay& day : logged) {
         if (day.date < from || to < day.date) {
             continue;
         }
         const long long base = static_cast<long long>(DayNumber(day.date)) * 1440;
-        const auto steps = ReadDayPower(m_folder, day, m_state.channels, kStep);
+        const auto steps = ReadDayPower(folder, day, channels, kStep);
         for (std::size_t k = 0; k < steps.size(); ++k) {
             PowerPoint point;
             point.minute = base + static_cast<long long>(k) * kStep;
@@ -462,6 +462,13 @@ std::vector<PowerPoint> EnergyModel::Power(const CivilDate& from, const CivilDat
         }
     }
     return points;
+}
+
+std::vector<PowerPoint> EnergyModel::Power(const CivilDate& from, const CivilDate& to) const {
+    if (DayNumber(to) - DayNumber(from) + 1 > kFineSpanDays) {
+        return HourlyPower(m_book, from, to);
+    }
+    return FinePower(m_folder, m_book.logged, m_state.channels, from, to);
 }
 
 }  // namespace brizalog

@@ -130,6 +130,13 @@ private:
     int m_month = 1;
 };
 
+// The points of the days `from` to `to` in 5-minute steps, read from their logs. Touches nothing
+// but the files and its arguments, so a thread of its own may run it.
+std::vector<PowerPoint> FinePower(const std::filesystem::path& folder,
+                                  const std::vector<LoggedDay>& logged,
+                                  const ChannelTable& channels, const CivilDate& from,
+                                  const CivilDate& to);
+
 // The points of the days `from` to `to` of `book` at hourly steps: a year's chart without
 // reading a log.
 std::vector<PowerPoint> HourlyPower(const EnergyBook& book, const CivilDate& from,
