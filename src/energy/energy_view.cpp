@@ -26,10 +26,19 @@ constexpr ViewRow kViews[] = {
 // The first-run price of the settings, in cents per kWh.
 constexpr double kFirstRunCents = 10;
 
-// The ledger and the logs agree within this much: the logs hold rounded values, the ledger
-// counts the interval after midnight and every tick while logging was stopped.
-bool LedgerDiffers(double logged, double ledger) {
-    const double tolerance = std::max(2.0, 0.02 * std::max(std::abs(logged), std::abs(ledger)));
+// The ledger adds the averages of each interval as they were; the logs hold them rounded, amps to
+// a tenth (about 1.5 W at a battery's volts) and watts to a whole. A small current that sits
+// below a rounding step all day leaves that much per hour between the two.
+double RoundingWatts(LogFamily family) {
+    return family == LogFamily::WD || family == LogFamily::BZ ? 1.5 : 0.5;
+}
+
+// The ledger and the logs agree within this much: besides the rounding, the ledger counts the
+// first interval of the next day when its rollover ran late, and every tick while logging was
+// stopped.
+bool LedgerDiffers(double logged, double ledger, double roundingWh) {
+    const double tolerance =
+        std::max({2.0, roundingWh, 0.02 * std::max(std::abs(logged), std::abs(ledger))});
     return std::abs(logged - ledger) > tolerance;
 }
 
@@ -245,15 +254,19 @@ PeriodEnergy EnergyModel::Sum(std::string label, const CivilDate& first,
     p.cost = CostOf(p.total, m_tariff);
 
     if (oneDay) {
+        const auto day = m_book.days.find(first);
+        const double roundingWh = day == m_book.days.end() ? 0
+                                                           : RoundingWatts(day->second.family) *
+                                                                 day->second.seconds / 3600;
         const auto ledger = m_book.ledger.find(first);
         if (ledger != m_book.ledger.end()) {
             p.hasLedger = true;
             p.ledger = ledger->second;
             for (int slot = 1; slot <= kPowerSlots; ++slot) {
-                p.ledgerDiffers = p.ledgerDiffers || LedgerDiffers(p.wh[slot], p.ledger[slot]);
+                p.ledgerDiffers =
+                    p.ledgerDiffers || LedgerDiffers(p.wh[slot], p.ledger[slot], roundingWh);
             }
         }
-        const auto day = m_book.days.find(first);
         if (p.days == 0) {
             // A day still to come: nothing to tell.
         } else if (p.loggedDays == 0) {
@@ -266,7 +279,7 @@ PeriodEnergy EnergyModel::Sum(std::string label, const CivilDate& first,
         if (p.ledgerDiffers) {
             std::string ledgerText;
             for (int slot = 1; slot <= kPowerSlots; ++slot) {
-                if (LedgerDiffers(p.wh[slot], p.ledger[slot])) {
+                if (LedgerDiffers(p.wh[slot], p.ledger[slot], roundingWh)) {
                     ledgerText += (ledgerText.empty() ? "" : ", ") + Look(slot).name + " " +
                                   FormatWh(p.ledger[slot]) + " Wh";
                 }

@@ -222,6 +222,7 @@ QWidget* EnergyWindow::BuildBars() {
     m_table = new QTableWidget(0, 4);
     m_table->setObjectName(QStringLiteral("Table"));
     m_table->verticalHeader()->hide();
+    m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 6);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->horizontalHeader()->setStretchLastSection(true);
@@ -230,6 +231,7 @@ QWidget* EnergyWindow::BuildBars() {
     split->addWidget(m_table);
     split->setStretchFactor(0, 3);
     split->setStretchFactor(1, 2);
+    split->setSizes({700, 460});
     return split;
 }
 
@@ -459,6 +461,10 @@ void EnergyWindow::RenderBars(const std::vector<PeriodEnergy>& periods) {
     for (const PeriodEnergy& p : periods) {
         categories->append(BarLabel(m_model.view(), p));
     }
+    if (periods.size() > 12) {
+        // Two-digit days and weeks stand upright, so that every one keeps its label.
+        categories->setLabelsAngle(-90);
+    }
     auto* values = new QValueAxis;
     values->setTitleText(tr("kWh"));
     values->setRange(0, top > 0 ? top * 1.08 : 1);
@@ -583,7 +589,9 @@ void EnergyWindow::RenderPower(const std::vector<PowerPoint>& points, const Civi
     }
     StyleChart(chart);
     auto* time = new QDateTimeAxis;
-    time->setFormat(days <= 7 ? QStringLiteral("ddd d MMM hh:mm") : QStringLiteral("d MMM yyyy"));
+    time->setFormat(days <= 7    ? QStringLiteral("ddd d MMM hh:mm")
+                    : days <= 31 ? QStringLiteral("d MMM")
+                                 : QStringLiteral("MMM yyyy"));
     const QDateTime start(ToQDate(from), QTime(0, 0));
     time->setRange(start, start.addDays(days));
     time->setTickCount(days <= 7 ? days + 1 : 13);
@@ -626,6 +634,10 @@ void EnergyWindow::RenderPower(const std::vector<PowerPoint>& points, const Civi
     watts->setRange(0, top > 0 ? top * 1.05 : 1);
     watts->applyNiceNumbers();
     chart->setTitle(tr("Power from %1, %2 days").arg(Utf8(IsoDate(from))).arg(days));
+    Status(tr("%1 points of %2")
+               .arg(points.size())
+               .arg(days > EnergyModel::kFineSpanDays ? tr("hourly averages")
+                                                      : tr("5-minute averages")));
     emit powerShown();
 }
 
