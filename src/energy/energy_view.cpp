@@ -484,4 +484,49 @@ std::vector<PowerPoint> EnergyModel::Power(const CivilDate& from, const CivilDat
     return FinePower(m_folder, m_book.logged, m_state.channels, from, to);
 }
 
+std::vector<std::size_t> PointsToDraw(const std::vector<double>& xs, const std::vector<double>& ys,
+                                      double x0, double x1, int columns) {
+    std::vector<std::size_t> kept;
+    const std::size_t n = std::min(xs.size(), ys.size());
+    columns = std::max(columns, 1);
+    const auto first = std::lower_bound(xs.begin(), xs.begin() + static_cast<long>(n), x0);
+    const auto last = std::upper_bound(first, xs.begin() + static_cast<long>(n), x1);
+    std::size_t from = static_cast<std::size_t>(first - xs.begin());
+    std::size_t to = static_cast<std::size_t>(last - xs.begin());  // one past
+    from = from > 0 ? from - 1 : 0;
+    to = std::min(n, to + 1);
+    if (to - from <= 4 * static_cast<std::size_t>(columns) || !(x1 > x0)) {
+        for (std::size_t k = from; k < to; ++k) {
+            kept.push_back(k);
+        }
+        return kept;
+    }
+    const double width = (x1 - x0) / columns;
+    std::size_t k = from;
+    while (k < to) {
+        const double column = std::floor((xs[k] - x0) / width);
+        std::size_t low = k;
+        std::size_t high = k;
+        std::size_t end = k;
+        while (end < to && std::floor((xs[end] - x0) / width) == column) {
+            if (ys[end] < ys[low]) {
+                low = end;
+            }
+            if (ys[end] > ys[high]) {
+                high = end;
+            }
+            ++end;
+        }
+        // first, low and high in the order they came, last
+        std::size_t picks[] = {k, std::min(low, high), std::max(low, high), end - 1};
+        for (std::size_t pick : picks) {
+            if (kept.empty() || kept.back() != pick) {
+                kept.push_back(pick);
+            }
+        }
+        k = end;
+    }
+    return kept;
+}
+
 }  // namespace brizalog

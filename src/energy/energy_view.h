@@ -142,4 +142,12 @@ std::vector<PowerPoint> FinePower(const std::filesystem::path& folder,
 std::vector<PowerPoint> HourlyPower(const EnergyBook& book, const CivilDate& from,
                                     const CivilDate& to);
 
+// The indexes of the points of a line, in order, that a chart `columns` wide between `x0` and
+// `x1` needs: in each column the first, the lowest, the highest and the last point, so that the
+// drawn line has every peak and trough of the whole; the points beside the range are kept too, so
+// the line runs to the edges. Lines with no more than four points a column come back whole.
+// `xs` rise.
+std::vector<std::size_t> PointsToDraw(const std::vector<double>& xs, const std::vector<double>& ys,
+                                      double x0, double x1, int columns);
+
 }  // namespace brizalog

@@ -290,6 +290,28 @@ TEST(EnergyMonth, PowerIsAveragedInFiveMinutesOverAWeekAndHoursOverAYear) {
     EXPECT_DOUBLE_EQ(coarse.front().watts[1], 240);
 }
 
+TEST(PowerChart, ThinnedLinesKeepEveryPeakAndTrough) {
+    // A year of hours on a chart 100 columns wide: a spike and a dip inside columns are kept.
+    std::vector<double> xs;
+    std::vector<double> ys;
+    for (int h = 0; h < 8760; ++h) {
+        xs.push_back(h);
+        ys.push_back(h == 4321 ? 5000 : h == 777 ? -40 : 100 + (h % 24));
+    }
+    const std::vector<std::size_t> kept = PointsToDraw(xs, ys, 0, 8760, 100);
+    EXPECT_LE(kept.size(), 400u);
+    EXPECT_TRUE(std::is_sorted(kept.begin(), kept.end()));
+    for (std::size_t must :
+         {std::size_t{0}, std::size_t{777}, std::size_t{4321}, std::size_t{8759}}) {
+        EXPECT_NE(std::find(kept.begin(), kept.end(), must), kept.end()) << must;
+    }
+    // Zoomed to a day, the hours come back whole, with one point beyond each edge.
+    const std::vector<std::size_t> day = PointsToDraw(xs, ys, 48, 71, 100);
+    ASSERT_EQ(day.size(), 26u);
+    EXPECT_EQ(day.front(), 47u);
+    EXPECT_EQ(day.back(), 72u);
+}
+
 // ---- The index ------------------------------------------------------------------------------
 
 TEST(EnergyIndex, OnlyChangedDaysAreReadAgain) {

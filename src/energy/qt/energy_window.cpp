@@ -32,6 +32,7 @@
 #include <QVBoxLayout>
 #include <QValueAxis>
 #include <cmath>
+#include <map>
 
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
@@ -600,37 +601,55 @@ void EnergyWindow::RenderPower(const std::vector<PowerPoint>& points, const Civi
     chart->addAxis(time, Qt::AlignBottom);
     chart->addAxis(watts, Qt::AlignLeft);
     double top = 0;
-    // Wall-clock minutes to the chart's milliseconds, at the local time of the day shown.
-    const qint64 epochDay = DayNumber({1970, 1, 1});
+    // Wall-clock minutes to the chart's milliseconds: each day's midnight is converted at the
+    // local time once (a conversion reads the time zone every time), its minutes added to it.
+    std::map<long long, qint64> midnights;
     const QDate epoch(1970, 1, 1);
+    const auto midnightOf = [&](long long day) {
+        auto [it, fresh] = midnights.try_emplace(day, 0);
+        if (fresh) {
+            it->second = QDateTime(epoch.addDays(day), QTime(0, 0)).toMSecsSinceEpoch();
+        }
+        return it->second;
+    };
+    m_powerLines.clear();
     for (int slot = 1; slot <= kPowerSlots; ++slot) {
-        QList<QPointF> line;
-        line.reserve(static_cast<qsizetype>(points.size()));
+        PowerLine line;
+        line.xs.reserve(points.size());
+        line.ys.reserve(points.size());
+        bool any = false;
         for (const PowerPoint& point : points) {
             const double w = point.watts[slot];
             if (std::isnan(w)) {
                 continue;
             }
-            const qint64 day = point.minute / 1440 - epochDay;
-            const int minute = static_cast<int>(point.minute % 1440);
-            const QDateTime at(epoch.addDays(day), QTime(minute / 60, minute % 60));
-            line.append(QPointF(static_cast<qreal>(at.toMSecsSinceEpoch()), w));
+            const qint64 at = midnightOf(point.minute / 1440) + (point.minute % 1440) * 60000;
+            line.xs.push_back(static_cast<double>(at));
+            line.ys.push_back(w);
             top = std::max(top, w);
+            any = any || w != 0;
         }
-        const bool any =
-            std::any_of(line.begin(), line.end(), [](const QPointF& p) { return p.y() != 0; });
         if (!any) {
             continue;
         }
         const SlotLook look = m_model.Look(slot);
-        auto* series = new QLineSeries;
-        series->setName(Utf8(look.name));
-        series->setPen(QPen(ChannelColour(look.colour), 1.2));
-        series->replace(line);
-        chart->addSeries(series);
-        series->attachAxis(time);
-        series->attachAxis(watts);
+        line.series = new QLineSeries;
+        line.series->setName(Utf8(look.name));
+        line.series->setPen(QPen(ChannelColour(look.colour), 1.2));
+        chart->addSeries(line.series);
+        line.series->attachAxis(time);
+        line.series->attachAxis(watts);
+        m_powerLines.push_back(std::move(line));
     }
+    // A line of a year's hours has several points to a pixel: each is drawn with those that
+    // show, and a zoom draws the range it shows again from the whole.
+    ThinPower(static_cast<double>(start.toMSecsSinceEpoch()),
+              static_cast<double>(start.addDays(days).toMSecsSinceEpoch()));
+    connect(time, &QDateTimeAxis::rangeChanged, this,
+            [this](const QDateTime& min, const QDateTime& max) {
+                ThinPower(static_cast<double>(min.toMSecsSinceEpoch()),
+                          static_cast<double>(max.toMSecsSinceEpoch()));
+            });
     watts->setRange(0, top > 0 ? top * 1.05 : 1);
     watts->applyNiceNumbers();
     chart->setTitle(tr("Power from %1, %2 days").arg(Utf8(IsoDate(from))).arg(days));
@@ -639,6 +658,17 @@ void EnergyWindow::RenderPower(const std::vector<PowerPoint>& points, const Civi
                .arg(days > EnergyModel::kFineSpanDays ? tr("hourly averages")
                                                       : tr("5-minute averages")));
     emit powerShown();
+}
+
+void EnergyWindow::ThinPower(double x0, double x1) {
+    const int columns = std::max(200, static_cast<int>(m_powerView->chart()->plotArea().width()));
+    for (const PowerLine& line : m_powerLines) {
+        QList<QPointF> drawn;
+        for (std::size_t k : PointsToDraw(line.xs, line.ys, x0, x1, columns)) {
+            drawn.append(QPointF(line.xs[k], line.ys[k]));
+        }
+        line.series->replace(drawn);
+    }
 }
 
 void EnergyWindow::SaveTariff() {

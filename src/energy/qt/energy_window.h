@@ -16,6 +16,7 @@ class QComboBox;
 class QDateEdit;
 class QDoubleSpinBox;
 class QLabel;
+class QLineSeries;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
@@ -83,6 +84,8 @@ private:
     void RenderBars(const std::vector<PeriodEnergy>& periods);
     void RenderTable(const std::vector<PeriodEnergy>& periods);
     void RenderPower(const std::vector<PowerPoint>& points, const CivilDate& from, int days);
+    // Gives each power line the points that the chart's width between `x0` and `x1` can show.
+    void ThinPower(double x0, double x1);
     void SaveTariff();
     void Status(const QString& text);
     void Drill(int index);
@@ -109,6 +112,13 @@ private:
     QComboBox* m_span = nullptr;
     QDateEdit* m_from = nullptr;
     QChartView* m_powerView = nullptr;
+    // Each power line whole, in the chart's milliseconds and watts: a zoom draws from these.
+    struct PowerLine {
+        QLineSeries* series;
+        std::vector<double> xs;
+        std::vector<double> ys;
+    };
+    std::vector<PowerLine> m_powerLines;
     QProgressBar* m_progress = nullptr;
     QPushButton* m_cancel = nullptr;
     QLabel* m_status = nullptr;
