@@ -4,6 +4,7 @@
 #include <QBarCategoryAxis>
 #include <QBarSeries>
 #include <QBarSet>
+#include <QCategoryAxis>
 #include <QChart>
 #include <QChartView>
 #include <QCheckBox>
@@ -383,6 +384,15 @@ void EnergyWindow::BookRead(std::optional<EnergyBook> book) {
     emit bookShown();
 }
 
+void EnergyWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // A palette changed to dark or back: the bars take the theme that goes with it (the power
+    // chart takes it when it is drawn next, as a theme would recolour its lines).
+    if (event->type() == QEvent::PaletteChange && m_barView != nullptr) {
+        Render();
+    }
+}
+
 void EnergyWindow::closeEvent(QCloseEvent* event) {
     StopReading();
     QWidget::closeEvent(event);
@@ -458,13 +468,27 @@ void EnergyWindow::RenderBars(const std::vector<PeriodEnergy>& periods) {
         series->append(set);
     }
     chart->addSeries(series);
-    auto* categories = new QBarCategoryAxis;
-    for (const PeriodEnergy& p : periods) {
-        categories->append(BarLabel(m_model.view(), p));
-    }
-    if (periods.size() > 12) {
-        // Two-digit days and weeks stand upright, so that every one keeps its label.
-        categories->setLabelsAngle(-90);
+    QAbstractAxis* categories = nullptr;
+    if (periods.size() <= 12) {
+        auto* axis = new QBarCategoryAxis;
+        for (const PeriodEnergy& p : periods) {
+            axis->append(BarLabel(m_model.view(), p));
+        }
+        categories = axis;
+    } else {
+        // A month's days or a year's weeks: every bar keeps its place, but only the first and
+        // each fifth has its label, which would not fit under every bar at a large scale.
+        auto* axis = new QCategoryAxis;
+        axis->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
+        axis->setRange(-0.5, static_cast<double>(periods.size()) - 0.5);
+        axis->setStartValue(-0.5);
+        for (std::size_t k = 0; k < periods.size(); ++k) {
+            if (k == 0 || (k + 1) % 5 == 0) {
+                axis->append(BarLabel(m_model.view(), periods[k]), static_cast<double>(k));
+            }
+        }
+        axis->setGridLineVisible(false);
+        categories = axis;
     }
     auto* values = new QValueAxis;
     values->setTitleText(tr("kWh"));

@@ -67,6 +67,7 @@ signals:
 
 protected:
     void closeEvent(class QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     struct Job {

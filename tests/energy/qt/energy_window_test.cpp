@@ -2,6 +2,7 @@
 // thread goes on, cancels, keeps its tariff in options.cfg without touching a specified file, and
 // leaves pictures of a year in the build folder's screenshots/ (energy_*.png).
 
+#include <QApplication>
 #include <QBarSet>
 #include <QChartView>
 #include <QComboBox>
@@ -189,8 +190,25 @@ private slots:
         desk.window->ShowPower(DateOfDayNumber(DayNumber(kToday) - 6), 7);
         QVERIFY(power.wait(30000) || power.count() > 0);
         shoot("energy_power_week");
+        desk.window->findChild<QComboBox*>(QStringLiteral("Span"))->setCurrentIndex(2);
         desk.window->ShowPower(DateOfDayNumber(DayNumber(kToday) - 365), 366);
         shoot("energy_power_year");
+
+        // Under a dark palette the charts take a dark theme.
+        QApplication::setStyle(QStringLiteral("Fusion"));
+        QPalette dark;
+        dark.setColor(QPalette::Window, QColor(45, 45, 48));
+        dark.setColor(QPalette::WindowText, QColor(230, 230, 230));
+        dark.setColor(QPalette::Base, QColor(30, 30, 32));
+        dark.setColor(QPalette::AlternateBase, QColor(45, 45, 48));
+        dark.setColor(QPalette::Text, QColor(230, 230, 230));
+        dark.setColor(QPalette::Button, QColor(55, 55, 58));
+        dark.setColor(QPalette::ButtonText, QColor(230, 230, 230));
+        dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
+        QApplication::setPalette(dark);
+        desk.window->tabs()->setCurrentIndex(0);
+        QTest::qWait(50);
+        shoot("energy_dark");
     }
 };
 
