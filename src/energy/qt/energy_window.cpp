@@ -101,6 +101,7 @@ EnergyWindow::EnergyWindow(SharedState& state, std::filesystem::path folder, Civ
     layout->addWidget(BuildStatus());
     // Fits a 1366 × 768 screen with its panel and the window's frame.
     resize(1180, 640);
+    Render();  // the period and its empty table until the logs are read
 
     auto* previous = new QShortcut(QKeySequence(Qt::Key_PageUp), this);
     connect(previous, &QShortcut::activated, this, [this] {
@@ -494,7 +495,7 @@ void EnergyWindow::RenderBars(const std::vector<PeriodEnergy>& periods) {
     values->setTitleText(tr("kWh"));
     values->setRange(0, top > 0 ? top * 1.08 : 1);
     values->applyNiceNumbers();
-    values->setLabelFormat(QStringLiteral("%.3g"));
+    values->setLabelFormat(values->max() >= 10 ? QStringLiteral("%.0f") : QStringLiteral("%.1f"));
     chart->addAxis(categories, Qt::AlignBottom);
     chart->addAxis(values, Qt::AlignLeft);
     series->attachAxis(categories);
