@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <exception>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -244,10 +245,22 @@ std::optional<EnergyBook> OpenEnergyBook(const std::filesystem::path& folder,
             // The signature is taken before the read: a log that grows meanwhile is read again
             // next time rather than kept under its older size.
             std::string signature = DaySignature(folder, *day);
-            DayEnergy energy = ReadDayEnergy(folder, *day, channels);
+            DayEnergy energy;
+            try {
+                energy = ReadDayEnergy(folder, *day, channels);
+            } catch (const std::exception&) {
+                // A day that cannot be read at all (a file system that fails under it, memory
+                // gone) is kept as a day of no records, never as a reason to stop the others.
+                energy = DayEnergy{};
+                energy.date = day->date;
+                energy.family = EnergyFamilyOf(*day);
+                signature.clear();  // and read again next time
+            }
             std::lock_guard<std::mutex> lock(mutex);
             book.days[day->date] = std::move(energy);
-            signatures[day->date] = std::move(signature);
+            if (!signature.empty()) {
+                signatures[day->date] = std::move(signature);
+            }
             ++book.reread;
         }
     };

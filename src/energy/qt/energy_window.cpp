@@ -355,20 +355,35 @@ void EnergyWindow::Load() {
     const std::filesystem::path folder = m_folder;
     const ChannelTable channels = m_state.channels;
     auto result = std::make_shared<std::optional<EnergyBook>>();
+    auto failed = std::make_shared<bool>(false);
     RunInBackground(
-        [this, folder, channels, result] {
-            *result = OpenEnergyBook(folder, channels, [this](std::size_t done, std::size_t total) {
-                QMetaObject::invokeMethod(
-                    this,
-                    [this, done, total] {
-                        m_progress->setRange(0, static_cast<int>(total));
-                        m_progress->setValue(static_cast<int>(done));
-                    },
-                    Qt::QueuedConnection);
-                return !m_job->cancel.load();
-            });
+        [this, folder, channels, result, failed] {
+            try {
+                *result =
+                    OpenEnergyBook(folder, channels, [this](std::size_t done, std::size_t total) {
+                        QMetaObject::invokeMethod(
+                            this,
+                            [this, done, total] {
+                                m_progress->setRange(0, static_cast<int>(total));
+                                m_progress->setValue(static_cast<int>(done));
+                            },
+                            Qt::QueuedConnection);
+                        return !m_job->cancel.load();
+                    });
+            } catch (const std::exception&) {
+                // Nothing is shown rather than a torn book; the window says so.
+                result->reset();
+                *failed = true;
+            }
         },
-        [this, result] { BookRead(std::move(*result)); });
+        [this, result, failed] {
+            if (*failed) {
+                Status(tr("The logs folder could not be read."));
+                emit bookShown();
+                return;
+            }
+            BookRead(std::move(*result));
+        });
 }
 
 void EnergyWindow::BookRead(std::optional<EnergyBook> book) {
@@ -597,12 +612,15 @@ void EnergyWindow::ShowPower(const CivilDate& from, int days) {
         }
     }
     const ChannelTable channels = m_state.channels;
-    RunInBackground([points, folder, logged = std::move(logged), channels, from,
-                     to] { *points = FinePower(folder, logged, channels, from, to); },
-                    [this, points, from, days] {
-                        RenderPower(*points, from, days);
-                        Status(tr("%1 points").arg(points->size()));
-                    });
+    RunInBackground(
+        [points, folder, logged = std::move(logged), channels, from, to] {
+            try {
+                *points = FinePower(folder, logged, channels, from, to);
+            } catch (const std::exception&) {
+                points->clear();  // an empty chart rather than a torn one
+            }
+        },
+        [this, points, from, days] { RenderPower(*points, from, days); });
 }
 
 void EnergyWindow::RenderPower(const std::vector<PowerPoint>& points, const CivilDate& from,

@@ -1,5 +1,5 @@
 // The Energy window over generated logs: it reads behind a progress bar while the window's
-// thread goes on, cancels, keeps its tariff in options.cfg without touching a specified file, and
+// thread goes on, cancels, keeps its tariff in options.cfg without touching a log or a configuration file, and
 // leaves pictures of a year in the build folder's screenshots/ (energy_*.png).
 
 #include <QApplication>
@@ -33,7 +33,7 @@ constexpr CivilDate kToday{2026, 11, 23};
 
 // Every file of the folder and its bytes, but the window's own: its index, options.cfg and the
 // spreadsheet folder.
-std::map<std::string, std::string> SpecifiedFiles(const std::filesystem::path& folder) {
+std::map<std::string, std::string> LogsAndSettings(const std::filesystem::path& folder) {
     std::map<std::string, std::string> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         const std::string name = entry.path().lexically_relative(folder).generic_string();
@@ -134,11 +134,11 @@ private slots:
         QVERIFY(desk.window->model().book().days.empty());
     }
 
-    void theTariffGoesToOptionsAndNoSpecifiedFileIsWritten() {
+    void theTariffGoesToOptionsAndNoLogNorSettingIsWritten() {
         EnergyDesk desk(20);
         WriteWholeFile(desk.folder / "options.cfg", "<MqttHost>broker.lan</MqttHost>\r\n");
         WriteWholeFile(desk.folder / "hardware.cfg", "<M>12</M>\r\n");
-        const auto before = SpecifiedFiles(desk.folder);
+        const auto before = LogsAndSettings(desk.folder);
         desk.window = std::make_unique<EnergyWindow>(desk.state, desk.folder, kToday);
         QVERIFY(desk.Read());
         auto* price = desk.window->findChild<QDoubleSpinBox*>(QStringLiteral("Price"));
@@ -160,7 +160,7 @@ private slots:
         QVERIFY(desk.window->SaveChartImage());
         QVERIFY(std::filesystem::exists(desk.folder / "excel" / "energy_2026-11.csv"));
         QVERIFY(std::filesystem::exists(desk.window->ChartImagePath()));
-        QVERIFY(SpecifiedFiles(desk.folder) == before);
+        QVERIFY(LogsAndSettings(desk.folder) == before);
     }
 
     // Pictures of a year at 5-minute logs, with a fortnight in March not logged.
