@@ -307,6 +307,7 @@ bool Brizalog::ClickMenu(std::string_view name, int index) {
         {"previewLOGdata", "dataTOlog", false},
         {"rawFRAMEtext", "displayRAWdata", false},
         {"graphingDEMO", "GraphDEMO", true},
+        {"energyMENU", "Energy", false},
         {"Helpmenu", "info", true},
         {"about", "frmAbout", true},
     };

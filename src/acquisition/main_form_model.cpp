@@ -64,6 +64,7 @@ MainFormModel::MainFormModel() {
     Caption(graphingCC_QX, "CurrentCostQX");
     Caption(PlotGraphRE, "RE house");
     Caption(PlotGraphML, "PULSE and MISC logs");
+    Caption(energyMENU, "Energy...");
     Caption(Help, "Help");
     Caption(Helpmenu, "General help");
     Caption(commInfohelp, "COMM info");
@@ -157,6 +158,7 @@ MainFormModel::MainFormModel() {
     menu("graphingCC_QX", graphingCC_QX, "history");
     menu("PlotGraphRE", PlotGraphRE, "history");
     menu("PlotGraphML", PlotGraphML, "history");
+    menu("energyMENU", energyMENU, "history");
     menu("Help", Help, "");
     menu("Helpmenu", Helpmenu, "Help");
     menu("commInfohelp", commInfohelp, "Help");

@@ -105,6 +105,7 @@ struct MainFormModel {
     Control graphingCC_QX;
     Control PlotGraphRE;
     Control PlotGraphML;
+    Control energyMENU;  // Brizalog's own: the Energy window, in every system type
     Control Help;
     Control Helpmenu;
     Control commInfohelp;

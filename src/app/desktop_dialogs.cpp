@@ -10,6 +10,7 @@
 #include "acquisition/qt/platform.h"
 #include "displays/monitor_window.h"
 #include "displays/qt/monitor_view.h"
+#include "energy/qt/energy_window.h"
 #include "help/qt/about_window.h"
 #include "help/qt/help_window.h"
 #include "help/qt/manual_window.h"
@@ -92,6 +93,7 @@ const std::vector<DesktopDialogs::Opener>& DesktopDialogs::Openers() {
         {named(HelpViewer::kWindow), &DesktopDialogs::OpenHelp},
         {named(ManualViewer::kWindow), &DesktopDialogs::OpenManual},
         {named(OptionsForm::kWindow), &DesktopDialogs::OpenOptions},
+        {named("Energy"), &DesktopDialogs::OpenEnergy},
     };
     return openers;
 }
@@ -165,6 +167,28 @@ void DesktopDialogs::OpenMonitorWindow(std::string_view name) {
         onWindowShown(view);
     }
     view->show();
+}
+
+void DesktopDialogs::OpenEnergy(std::string_view name) {
+    if (QWidget* open = OpenMonitor(name)) {
+        open->raise();
+        open->activateWindow();
+        return;
+    }
+    if (!m_closeWatch && m_parent) {
+        m_closeWatch = std::make_unique<CloseWatch>([this] { CloseMonitors(); });
+        m_parent->installEventFilter(m_closeWatch.get());
+    }
+    const LocalDateTime now = m_form->clock().Now();
+    auto* window = new EnergyWindow(m_form->state(), m_form->programFolder(),
+                                    {now.year, now.month, now.day}, m_parent);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    m_monitors[std::string(name)] = window;
+    if (onWindowShown) {
+        onWindowShown(window);
+    }
+    window->show();
+    window->Load();
 }
 
 QWidget* DesktopDialogs::OpenMonitor(std::string_view name) const {

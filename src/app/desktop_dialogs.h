@@ -67,6 +67,8 @@ private:
     // Monitors are not modal: each opens beside the main window and stays until it is closed,
     // or until the main window closes, which closes them all.
     void OpenMonitorWindow(std::string_view name);
+    // The Energy window is not modal either, and closes with the main window as the monitors do.
+    void OpenEnergy(std::string_view name);
     void CloseMonitors();
     // The modal window on top, or the main window when none is up.
     QWidget* Foremost() const;
