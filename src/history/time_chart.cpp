@@ -123,6 +123,8 @@ void GraphWindow::TimeChart() {
     Ctl("Time2m").text = LastTwo(finishText);
 
     m_plot.SetScaleWidth(ViewEnd - ViewStart - 2);
+    drawnViewStart = ViewStart;
+    drawnViewEnd = ViewEnd;
     for (std::size_t s = 0; s < count; ++s) {
         const double range = m_top[s] - m_bottom[s];
         if (!(range > 0)) {
