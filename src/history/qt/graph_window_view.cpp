@@ -152,7 +152,7 @@ GraphWindowView::GraphWindowView(const GraphMember& member, SharedState& state,
 
     auto* content = new QWidget;
     auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins(6, 6, 6, 6);
+    layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(BuildTopBar());
     layout->addWidget(m_splitter, 1);
     layout->addWidget(BuildActions());
@@ -174,7 +174,9 @@ GraphWindowView::GraphWindowView(const GraphMember& member, SharedState& state,
     }
     resize(size);
     const int days = m_fileColumnWidth;
-    const int series = m_splitter->widget(2)->sizeHint().width();
+    auto* seriesScroll = static_cast<QScrollArea*>(m_splitter->widget(2));
+    const int series = seriesScroll->widget()->sizeHint().width() +
+                       style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2;
     m_splitter->setSizes({days, size.width() - days - series, series});
     AddRenderer(this, [this] { Render(); });
 }
@@ -427,9 +429,8 @@ QWidget* GraphWindowView::BuildSelection() {
         }
     });
     layout->addWidget(m_files, 1);
-    const int wide =
-        m_files->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22_00.txt")) +
-        m_files->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 12;
+    const int wide = m_files->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22.txt")) +
+                     m_files->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 8;
     m_fileColumnWidth = wide;
     return column;
 }

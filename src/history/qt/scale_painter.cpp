@@ -48,7 +48,7 @@ QMargins ScaleMargins(const ChartScales& scales, const QFont& font) {
     const QFontMetricsF metrics(font);
     const int line = static_cast<int>(std::ceil(metrics.height()));
     // As wide as the labels of any limit, so the chart keeps its size from one series to another.
-    double widest = metrics.horizontalAdvance(QStringLiteral("-0000.0"));
+    double widest = metrics.horizontalAdvance(QStringLiteral("-000.0"));
     for (const ScaleTick& tick : scales.vertical.ticks) {
         widest = std::max(widest, metrics.horizontalAdvance(QString::fromStdString(tick.label)));
     }
@@ -90,16 +90,16 @@ void PaintScales(QPainter& painter, const QRectF& chart, const ChartScales& scal
     }
 
     // At the left: ticks and labels, their title above the chart in the series' colour.
-    double lastTop = 1e9;
+    double lastBottom = -1e9;
     for (auto it = scales.vertical.ticks.rbegin(); it != scales.vertical.ticks.rend(); ++it) {
         const double y = chart.top() + it->at * chart.height();
         painter.drawLine(QPointF(chart.left() - kTickLength, y), QPointF(chart.left(), y));
         const QRectF box(0, y - line / 2, chart.left() - kTickLength - kGap, line);
-        if (box.bottom() > lastTop) {
+        if (box.top() < lastBottom) {
             continue;
         }
         painter.drawText(box, Qt::AlignRight | Qt::AlignVCenter, QString::fromStdString(it->label));
-        lastTop = box.top();
+        lastBottom = box.bottom();
     }
     if (!scales.vertical.title.empty()) {
         const QRectF title(
