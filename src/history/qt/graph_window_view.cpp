@@ -173,11 +173,6 @@ GraphWindowView::GraphWindowView(const GraphMember& member, SharedState& state,
         size = size.boundedTo(screen->availableGeometry().size() - QSize(16, 48));
     }
     resize(size);
-    const int days = m_fileColumnWidth;
-    auto* seriesScroll = static_cast<QScrollArea*>(m_splitter->widget(2));
-    const int series = seriesScroll->widget()->sizeHint().width() +
-                       style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2;
-    m_splitter->setSizes({days, size.width() - days - series, series});
     AddRenderer(this, [this] { Render(); });
 }
 
@@ -285,7 +280,8 @@ QWidget* GraphWindowView::BuildTopBar() {
     m_foldButton->setObjectName(QStringLiteral("FoldDays"));
     m_foldButton->setCheckable(true);
     m_foldButton->setAutoRaise(true);
-    m_foldButton->setToolTip(QStringLiteral("Fold the list of days away, or bring it back"));
+    m_foldButton->setToolTip(
+        QStringLiteral("Fold the list of days and the x-axis choices away, or bring them back"));
     connect(m_foldButton, &QToolButton::toggled, this, [this](bool folded) { FoldFiles(folded); });
     m_foldButton->setArrowType(Qt::LeftArrow);
     row->addWidget(m_foldButton);
@@ -333,6 +329,17 @@ QWidget* GraphWindowView::BuildTopBar() {
     connect(back, &QPushButton::clicked, this, [this] { GoBack(); });
     row->addWidget(back);
     row->addSpacing(8);
+    row->addStretch(1);
+    row->addWidget(b.Button("ExitGraphsButton"));
+    return bar;
+}
+
+QWidget* GraphWindowView::BuildActions() {
+    auto* bar = new QWidget(this);
+    Builder b{m_engine, bar, m_renders, [this](const std::string& name) { Forward(name); }};
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
+
     row->addWidget(b.Choice<QCheckBox>("CheckScaling"));
     m_scalesBox = new QCheckBox(QStringLiteral("Scales"), bar);
     m_scalesBox->setObjectName(QStringLiteral("Scales"));
@@ -353,31 +360,6 @@ QWidget* GraphWindowView::BuildTopBar() {
             QStringLiteral("Add a line for the log on display to the day list "
                            "when another file is clicked"));
         row->addWidget(collate);
-    }
-    row->addStretch(1);
-    row->addWidget(b.Button("ExitGraphsButton"));
-    return bar;
-}
-
-QWidget* GraphWindowView::BuildActions() {
-    auto* bar = new QWidget(this);
-    Builder b{m_engine, bar, m_renders, [this](const std::string& name) { Forward(name); }};
-    auto* row = new QHBoxLayout(bar);
-    row->setContentsMargins(0, 0, 0, 0);
-
-    if (Control* frame = m_engine.Find("Frame1")) {
-        auto* group = b.Keep("Frame1", new QGroupBox(bar));
-        m_renders.push_back([group, frame] { ShowGroup(group, *frame); });
-        auto* options = new QHBoxLayout(group);
-        options->setContentsMargins(8, 2, 8, 2);
-        Builder inGroup{m_engine, group, m_renders,
-                        [this](const std::string& name) { Forward(name); }};
-        for (const char* name : {"XAxisTime", "XAxisRPM", "XAxisWind", "Distribution"}) {
-            QRadioButton* option = inGroup.Choice<QRadioButton>(name);
-            option->setAutoExclusive(false);  // the engine decides which one is chosen
-            options->addWidget(option);
-        }
-        row->addWidget(group);
     }
     row->addStretch(1);
     row->addWidget(b.Button("CSV"));
@@ -429,9 +411,23 @@ QWidget* GraphWindowView::BuildSelection() {
         }
     });
     layout->addWidget(m_files, 1);
+    if (Control* frame = m_engine.Find("Frame1")) {
+        auto* group = b.Keep("Frame1", new QGroupBox(column));
+        m_renders.push_back([group, frame] { ShowGroup(group, *frame); });
+        auto* options = new QVBoxLayout(group);
+        options->setContentsMargins(8, 2, 8, 2);
+        Builder inGroup{m_engine, group, m_renders,
+                        [this](const std::string& name) { Forward(name); }};
+        for (const char* name : {"XAxisTime", "XAxisRPM", "XAxisWind", "Distribution"}) {
+            QRadioButton* option = inGroup.Choice<QRadioButton>(name);
+            option->setAutoExclusive(false);  // the engine decides which one is chosen
+            options->addWidget(option);
+        }
+        layout->addWidget(group);
+    }
     const int wide = m_files->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22.txt")) +
-                     m_files->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 8;
-    m_fileColumnWidth = wide;
+                     m_files->style()->pixelMetric(QStyle::PM_ScrollBarExtent) / 2 + 8;
+    m_fileColumnWidth = std::max(wide, column->minimumSizeHint().width());
     return column;
 }
 
@@ -485,8 +481,8 @@ QWidget* GraphWindowView::BuildSeriesPanel() {
     panel->setAttribute(Qt::WA_StyledBackground);
     Builder b{m_engine, panel, m_renders, [this](const std::string& name) { Forward(name); }};
     auto* grid = new QGridLayout(panel);
-    grid->setContentsMargins(8, 8, 8, 8);
-    grid->setHorizontalSpacing(8);
+    grid->setContentsMargins(6, 6, 6, 6);
+    grid->setHorizontalSpacing(6);
     grid->setVerticalSpacing(1);
     // Each series in two lines: its box with the channel's name, then its reading under the
     // mouse and its energy in view.
@@ -511,13 +507,16 @@ QWidget* GraphWindowView::BuildSeriesPanel() {
         if (QLabel* readout = b.Readout(series.readout)) {
             readout->setMinimumWidth(
                 readout->fontMetrics().horizontalAdvance(QStringLiteral("MAX 0000 RPM")));
-            readout->setContentsMargins(18, 0, 0, 0);
+            readout->setContentsMargins(6, 0, 0, 0);
             grid->addWidget(readout, row, 0);
         }
         if (!series.energyLabel.empty()) {
             QLabel* energy = b.Label(series.energyLabel);
             energy->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
             energy->setToolTip(QStringLiteral("Energy of the view"));
+            // Room for a day's total before there is one: the panel keeps its width.
+            energy->setMinimumWidth(
+                energy->fontMetrics().horizontalAdvance(QStringLiteral("00000 Wh")));
             grid->addWidget(energy, row, 1);
         }
         ++row;
@@ -616,6 +615,25 @@ bool GraphWindowView::HandleChartKey(int key) {
     }
 }
 
+void GraphWindowView::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (m_sized) {
+        return;
+    }
+    // The columns beside the chart take what their contents ask, once their fonts are known;
+    // the chart has the rest.
+    m_sized = true;
+    auto* seriesScroll = static_cast<QScrollArea*>(m_splitter->widget(2));
+    const QSize panel = seriesScroll->widget()->sizeHint();
+    const int series =
+        panel.width() + 2 +
+        (panel.height() > seriesScroll->height() ? style()->pixelMetric(QStyle::PM_ScrollBarExtent)
+                                                 : 0);
+    const int room = m_splitter->width() - 2 * m_splitter->handleWidth();
+    m_splitter->setSizes(
+        {m_fileColumnWidth, std::max(0, room - m_fileColumnWidth - series), series});
+}
+
 void GraphWindowView::reject() {
     if (!m_engine.unloadedByExit) {
         RunHandler([this] { m_engine.ExitGraphsButton_Click(); });
@@ -668,15 +686,12 @@ void GraphWindowView::SetScalesShown(bool shown) {
 }
 
 void GraphWindowView::FoldFiles(bool folded) {
+    // The column of days and x-axis choices folds away and gives its room to the chart.
     m_foldButton->setArrowType(folded ? Qt::RightArrow : Qt::LeftArrow);
     QList<int> sizes = m_splitter->sizes();
-    if (folded) {
-        sizes[1] += sizes[0];
-        sizes[0] = 0;
-    } else if (sizes[0] == 0) {
-        sizes[0] = m_fileColumnWidth;
-        sizes[1] = std::max(0, sizes[1] - m_fileColumnWidth);
-    }
+    const int room = sizes[0] + sizes[1];
+    sizes[0] = folded ? 0 : m_fileColumnWidth;
+    sizes[1] = std::max(0, room - sizes[0]);
     m_splitter->setSizes(sizes);
 }
 

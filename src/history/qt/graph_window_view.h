@@ -75,6 +75,7 @@ public slots:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void PrintForm(std::string_view window) override;
@@ -128,7 +129,8 @@ private:
     bool m_goingBack = false;
     int m_wheelEighths = 0;
     std::optional<QPointF> m_crosshairAt;  // the mouse over the chart, in its pixels
-    int m_fileColumnWidth = 160;           // a wheel turned less than a notch so far
+    int m_fileColumnWidth = 160;
+    bool m_sized = false;  // the splitter's first sizes are set           // a wheel turned less than a notch so far
 };
 
 }  // namespace brizalog

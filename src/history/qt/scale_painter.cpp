@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kTickLength = 4;
 constexpr int kGap = 3;
+constexpr int kRightMargin = 6;
 
 std::int32_t SystemColour(const QColor& colour) {
     return colour.red() + colour.green() * 256 + colour.blue() * 65536;
@@ -24,9 +25,8 @@ QColor ChipBehind(std::int32_t colour, const QColor& background) {
     if (!NeedsChip(colour, back)) {
         return {};
     }
-    // The chip takes the lightness the name's colour stands out from.
-    return ContrastRatio(colour, 0xFFFFFF) >= ContrastRatio(colour, 0) ? QColor(0xEE, 0xEE, 0xEE)
-                                                                       : QColor(0x30, 0x30, 0x30);
+    // The chip takes the lightness opposite to the background's.
+    return background.lightness() < 128 ? QColor(0xEE, 0xEE, 0xEE) : QColor(0x30, 0x30, 0x30);
 }
 
 void PaintNameText(QPainter& painter, const QRectF& box, int flags, const QString& text,
@@ -53,9 +53,8 @@ QMargins ScaleMargins(const ChartScales& scales, const QFont& font) {
         widest = std::max(widest, metrics.horizontalAdvance(QString::fromStdString(tick.label)));
     }
     const int left = static_cast<int>(std::ceil(widest)) + kTickLength + 2 * kGap;
-    // Half a time label beyond the right edge, so the last one is not cut.
-    const int right =
-        static_cast<int>(std::ceil(metrics.horizontalAdvance(QStringLiteral("00:00")) / 2)) + 2;
+    // A label at the right edge shifts left onto the chart instead of widening the margin.
+    const int right = kRightMargin;
     return {left, line + kGap, right, kTickLength + kGap + 2 * line + kGap};
 }
 
@@ -75,7 +74,8 @@ void PaintScales(QPainter& painter, const QRectF& chart, const ChartScales& scal
         painter.drawLine(QPointF(x, chart.bottom()), QPointF(x, chart.bottom() + kTickLength));
         const QString label = QString::fromStdString(tick.label);
         const double width = metrics.horizontalAdvance(label);
-        const double left = std::max(x - width / 2, chart.left() - width / 2);
+        const double left = std::min(std::max(x - width / 2, chart.left() - width / 2),
+                                     chart.right() + kRightMargin - width);
         if (left < lastRight + kGap) {
             continue;  // labels never overlap: a crowded one is left out
         }
