@@ -292,13 +292,13 @@ QWidget* GraphWindowView::BuildTopBar() {
     bold.setPointSizeF(bold.pointSizeF() * 1.25);
     heading->setFont(bold);
     row->addWidget(heading);
-    row->addSpacing(12);
+    row->addSpacing(8);
 
     QLineEdit* fileName = b.TextBox("FileName", 260);
     fileName->setMinimumWidth(
-        fileName->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22_00.txt")) + 16);
+        fileName->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22.txt")) + 12);
     row->addWidget(fileName);
-    row->addSpacing(8);
+    row->addSpacing(4);
 
     // Two digits each; Enter in any of them displays the range, as DISPLAY does.
     const auto time = [&](const char* hours, const char* minutes) {
@@ -330,7 +330,6 @@ QWidget* GraphWindowView::BuildTopBar() {
     row->addWidget(back);
     row->addSpacing(8);
     row->addStretch(1);
-    row->addWidget(b.Button("ExitGraphsButton"));
     return bar;
 }
 
@@ -340,27 +339,6 @@ QWidget* GraphWindowView::BuildActions() {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
 
-    row->addWidget(b.Choice<QCheckBox>("CheckScaling"));
-    m_scalesBox = new QCheckBox(QStringLiteral("Scales"), bar);
-    m_scalesBox->setObjectName(QStringLiteral("Scales"));
-    m_scalesBox->setToolTip(
-        QStringLiteral("Time and value scales, a grid and a crosshair around the chart"));
-    connect(m_scalesBox, &QCheckBox::clicked, this, [this](bool on) {
-        SetScalesShown(on);
-        m_state.options.SetFlag("ChartScales", on);
-        try {
-            WriteOptions(m_state.options, m_folder);
-        } catch (const Failure& failure) {
-            TellNotice("options", std::string("Options not saved: ") + failure.what());
-        }
-    });
-    row->addWidget(m_scalesBox);
-    if (QCheckBox* collate = b.Choice<QCheckBox>("Collate")) {
-        collate->setToolTip(
-            QStringLiteral("Add a line for the log on display to the day list "
-                           "when another file is clicked"));
-        row->addWidget(collate);
-    }
     row->addStretch(1);
     row->addWidget(b.Button("CSV"));
     auto* save = new QPushButton(QStringLiteral("Save chart image"), bar);
@@ -380,6 +358,8 @@ QWidget* GraphWindowView::BuildActions() {
     if (QPushButton* print = b.Button("PrintButton")) {
         row->addWidget(print);
     }
+    row->addSpacing(8);
+    row->addWidget(b.Button("ExitGraphsButton"));
     return bar;
 }
 
@@ -411,6 +391,12 @@ QWidget* GraphWindowView::BuildSelection() {
         }
     });
     layout->addWidget(m_files, 1);
+    if (QCheckBox* collate = b.Choice<QCheckBox>("Collate")) {
+        collate->setToolTip(
+            QStringLiteral("Add a line for the log on display to the day list "
+                           "when another file is clicked"));
+        layout->addWidget(collate);
+    }
     if (Control* frame = m_engine.Find("Frame1")) {
         auto* group = b.Keep("Frame1", new QGroupBox(column));
         m_renders.push_back([group, frame] { ShowGroup(group, *frame); });
@@ -487,6 +473,22 @@ QWidget* GraphWindowView::BuildSeriesPanel() {
     // Each series in two lines: its box with the channel's name, then its reading under the
     // mouse and its energy in view.
     int row = 0;
+    grid->addWidget(b.Choice<QCheckBox>("CheckScaling"), row++, 0, 1, 2);
+    m_scalesBox = new QCheckBox(QStringLiteral("Scales"), panel);
+    m_scalesBox->setObjectName(QStringLiteral("Scales"));
+    m_scalesBox->setToolTip(
+        QStringLiteral("Time and value scales, a grid and a crosshair around the chart"));
+    connect(m_scalesBox, &QCheckBox::clicked, this, [this](bool on) {
+        SetScalesShown(on);
+        m_state.options.SetFlag("ChartScales", on);
+        try {
+            WriteOptions(m_state.options, m_folder);
+        } catch (const Failure& failure) {
+            TellNotice("options", std::string("Options not saved: ") + failure.what());
+        }
+    });
+    grid->addWidget(m_scalesBox, row++, 0, 1, 2);
+    grid->setRowMinimumHeight(row++, 8);
     int index = 0;
     for (const SeriesRow& series : m_engine.member().series) {
         Control* control = m_engine.Find(series.box);
@@ -502,7 +504,7 @@ QWidget* GraphWindowView::BuildSeriesPanel() {
             }
         });
         m_seriesNames.push_back(box);
-        grid->addWidget(box, row, 0, 1, 2);
+        grid->addWidget(box, row, 0, 1, 2, Qt::AlignLeft);
         ++row;
         if (QLabel* readout = b.Readout(series.readout)) {
             readout->setMinimumWidth(

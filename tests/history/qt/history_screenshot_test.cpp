@@ -1,6 +1,6 @@
 // Pictures of the six graph windows on a logged day, with the mouse resting on the chart, into
 // the build folder: screenshots/history_MEMBER.png, the member's name after "Graph" (and _200 for
-// QT_SCALE_FACTOR=2).
+// QT_SCALE_FACTOR=2), and the picture GraphBZ saves of its chart.
 
 #include <QAbstractButton>
 #include <QTest>
@@ -27,6 +27,9 @@ private slots:
             QVERIFY(
                 desk.view->grab().save(testing::ScreenshotFile(QStringLiteral("history_") + name)));
             if (member.name == "GraphBZ") {
+                // The picture "Save chart image" writes: title, scales and legend.
+                QVERIFY(desk.view->ChartPage().save(
+                    testing::ScreenshotFile(QStringLiteral("history_bz_saved"))));
                 // The windmill's power against its speed, and the hours spent in each band.
                 for (const char* chart : {"XAxisRPM", "Distribution"}) {
                     desk.view->findChild<QAbstractButton*>(QString::fromLatin1(chart))->click();
