@@ -3,6 +3,8 @@
 // QT_SCALE_FACTOR=2), and the picture GraphBZ saves of its chart.
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QPalette>
 #include <QTest>
 
 #include "support/history_desk.h"
@@ -38,6 +40,27 @@ private slots:
                 }
             }
         }
+    }
+
+    void graphBzOnADarkDesktop() {
+        // A dark desktop palette: the scales' labels and the series' names stay readable.
+        const QPalette light = QApplication::palette();
+        QPalette dark;
+        dark.setColor(QPalette::Window, QColor(0x2b, 0x2b, 0x2b));
+        dark.setColor(QPalette::WindowText, QColor(0xe0, 0xe0, 0xe0));
+        dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
+        dark.setColor(QPalette::Text, QColor(0xe0, 0xe0, 0xe0));
+        dark.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
+        dark.setColor(QPalette::ButtonText, QColor(0xe0, 0xe0, 0xe0));
+        QApplication::setPalette(dark);
+        testing::HistoryDesk desk("GraphBZ");
+        desk.Open();
+        QVERIFY(QTest::qWaitForWindowExposed(desk.view.get()));
+        desk.ClickDay();
+        testing::Mouse(desk.view->canvas(), QEvent::MouseMove, 0.6);
+        QTest::qWait(50);
+        QVERIFY(desk.view->grab().save(testing::ScreenshotFile(QStringLiteral("history_bz_dark"))));
+        QApplication::setPalette(light);
     }
 };
 
