@@ -503,7 +503,6 @@ QWidget* GraphWindowView::BuildSeriesPanel() {
                 box->setStyleSheet(style);
             }
         });
-        m_seriesNames.push_back(box);
         grid->addWidget(box, row, 0, 1, 2, Qt::AlignLeft);
         ++row;
         if (QLabel* readout = b.Readout(series.readout)) {

@@ -119,7 +119,6 @@ private:
     QString m_listedFolder;
 
     int m_picked = kNoSeries;
-    std::vector<QWidget*> m_seriesNames;  // the series boxes, in the member's order
     // The picture the scales were worked out for: the canvas's clears, the series, the mode.
     std::tuple<std::uint64_t, int, int> m_scalesKey{~0ull, 0, 0};
     ZoomHistory m_history;
@@ -127,10 +126,10 @@ private:
     std::tuple<std::string, int, double, double> m_shown;
     std::optional<MinuteRange> m_shownRange;
     bool m_goingBack = false;
-    int m_wheelEighths = 0;
+    int m_wheelEighths = 0;                // a wheel turned less than a notch so far
     std::optional<QPointF> m_crosshairAt;  // the mouse over the chart, in its pixels
     int m_fileColumnWidth = 160;
-    bool m_sized = false;  // the splitter's first sizes are set           // a wheel turned less than a notch so far
+    bool m_sized = false;  // the splitter's first sizes are set
 };
 
 }  // namespace brizalog
