@@ -37,6 +37,8 @@ void GraphWindow::TimeChart() {
     }
     Ctl("Label7").text = "Time";
     m_plot.Clear();
+    drawnViewStart = 0;
+    drawnViewEnd = 0;
     if (m_member.minimumSpan > 0) {
         if (!(ViewEnd - ViewStart > m_member.minimumSpan)) {
             m_dialogs.ShowMessage("Not enough data to plot");
