@@ -7,6 +7,7 @@
 #include "catalogue/control_names.h"
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
+#include "catalogue/options.h"
 #include "catalogue/provisioning.h"
 #include "catalogue/system_types.h"
 #include "catalogue/text_rules.h"
@@ -70,6 +71,7 @@ Brizalog::~Brizalog() {
 void Brizalog::Form_Load() {
     // The splash makes any missing folder and file; the desktop program waits for its click.
     ProvisionProgramFolder(m_folder);
+    LoadOptions();
     m_timer1.Enable();
     LoadConfigFiles();
     m_model.caption = kWaitingForData;
@@ -132,6 +134,13 @@ void Brizalog::Form_Load() {
         LoadConfigFiles();
     } catch (const Failure&) {
         m_services.dialogs.ShowMessage(std::string(kPortMessage));
+    }
+}
+
+void Brizalog::LoadOptions() {
+    m_state.options = ReadOptions(m_folder);
+    if (m_optionsOverride) {
+        m_optionsOverride(m_state.options);
     }
 }
 
@@ -226,6 +235,14 @@ void Brizalog::OpenWindow(std::string_view name, bool modal) {
 // ---- Clicks --------------------------------------------------------------------------------
 
 bool Brizalog::Click(std::string_view name) {
+    for (const AddedMenuEntry& entry : kAddedMenuEntries) {
+        if (name == entry.name) {
+            if (Reachable(entry.parent)) {
+                OpenWindow(entry.window, false);
+            }
+            return true;
+        }
+    }
     std::string_view base;
     int index = -1;
     if (!SplitIndexedName(name, base, index)) {
@@ -322,6 +339,12 @@ bool Brizalog::ClickMenu(std::string_view name, int index) {
     if (name == "CALIBRATIONmenu") {
         OpenWindow("CALIBRATION", true);
         LoadConfigFiles();
+        return true;
+    }
+    // Brizalog's own choices; they reach the running program when the window closes.
+    if (name == "optionsMENU") {
+        OpenWindow("Options", true);
+        LoadOptions();
         return true;
     }
     if (name == "startMENU") {

@@ -44,6 +44,7 @@ MainFormModel::MainFormModel() {
     Caption(setdisplaychannels, "setup Display channels");
     Caption(CALIBRATIONmenu, "Channel Calibration");
     Caption(rawdatamenu, "raw DATA");
+    Caption(optionsMENU, "Options...");
     Caption(NOW, "Now");
     Caption(plot, "Plot");
     Caption(plotwindmill1, "1 Windmill #1");
@@ -136,6 +137,7 @@ MainFormModel::MainFormModel() {
     menuArray("display", display, "setdisplaychannels");
     menu("CALIBRATIONmenu", CALIBRATIONmenu, "setup");
     menu("rawdatamenu", rawdatamenu, "setup");
+    menu("optionsMENU", optionsMENU, "setup");
     menu("NOW", NOW, "");
     menu("plot", plot, "NOW");
     menu("plotwindmill1", plotwindmill1, "plot");

@@ -1,6 +1,7 @@
 #include "app/desktop_dialogs.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QMessageBox>
 
@@ -11,9 +12,11 @@
 #include "displays/qt/monitor_view.h"
 #include "help/qt/about_window.h"
 #include "help/qt/help_window.h"
+#include "help/qt/manual_window.h"
 #include "history/qt/graph_window_view.h"
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
+#include "setup/qt/options_window.h"
 #include "setup/qt/program_setup_window.h"
 #include "setup/qt/small_input_window.h"
 #include "ui/qt_text.h"
@@ -87,6 +90,8 @@ const std::vector<DesktopDialogs::Opener>& DesktopDialogs::Openers() {
         {SmallInput::IsSmallInput, &DesktopDialogs::OpenSmallInput},
         {named(CalibrationForm::kWindow), &DesktopDialogs::OpenCalibration},
         {named(HelpViewer::kWindow), &DesktopDialogs::OpenHelp},
+        {named(ManualViewer::kWindow), &DesktopDialogs::OpenManual},
+        {named(OptionsForm::kWindow), &DesktopDialogs::OpenOptions},
     };
     return openers;
 }
@@ -201,6 +206,37 @@ void DesktopDialogs::OpenCalibration(std::string_view /*name*/) {
 
 void DesktopDialogs::OpenHelp(std::string_view /*name*/) {
     HelpWindow window(m_form->programFolder(), *this, Foremost());
+    window.Load();
+    Exec(window);
+}
+
+// The manual stands beside the main window rather than over it: one window, brought to the front
+// when asked for again. It is found beside the program in a build, else where it was installed.
+void DesktopDialogs::OpenManual(std::string_view /*name*/) {
+    if (m_manual) {
+        m_manual->raise();
+        m_manual->activateWindow();
+        return;
+    }
+#ifdef BRIZALOG_INSTALL_DOCDIR
+    const std::filesystem::path installed = BRIZALOG_INSTALL_DOCDIR;
+#else
+    const std::filesystem::path installed;
+#endif
+    const std::filesystem::path programDir = QCoreApplication::applicationDirPath().toStdString();
+    auto* window = new ManualWindow(ManualFolders(programDir, installed), m_parent);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->Load();
+    m_manual = window;
+    if (onWindowShown) {
+        onWindowShown(window);
+    }
+    window->show();
+}
+
+// Brizalog's own choices; the main form reads them again when the window has closed.
+void DesktopDialogs::OpenOptions(std::string_view /*name*/) {
+    OptionsWindow window(m_form->programFolder(), *this, Foremost());
     window.Load();
     Exec(window);
 }

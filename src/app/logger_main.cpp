@@ -13,17 +13,45 @@
 #include "app/headless.h"
 #include "app/program_folder.h"
 #include "catalogue/files.h"
+#include "catalogue/options.h"
 #include "catalogue/text_rules.h"
 #include "ui/event_gate.h"
 
 namespace {
 
 constexpr const char* kUsage =
-    "Usage: brizalog-logger [FOLDER]\n"
+    "Usage: brizalog-logger [--strict] [FOLDER]\n"
     "Logs the frames of the serial port of FOLDER's settings into FOLDER/logs, without windows,\n"
     "until SIGTERM or SIGINT (Ctrl-C), which save the settings and end it as Exit does.\n"
     "FOLDER is the program folder, made and provisioned when missing; by default the folder of\n"
-    "the program when it may write there, otherwise ~/Brizalog.\n";
+    "the program when it may write there, otherwise ~/Brizalog.\n"
+    "A CC128 meter message cut badly by the serial line is skipped with a line on standard\n"
+    "error; --strict ends the logger on it instead, as the desktop program does by default.\n";
+
+// The choices that keep a logger without a screen logging, whatever options.cfg says for the
+// desktop: a meter message cut badly is skipped (one line on standard error each) unless
+// --strict asks for the desktop's default, which ends the program.
+void ApplyLoggerOptions(brizalog::Options& options, bool strict) {
+    options.SetFlag("ContainMeterFailures", !strict);
+}
+
+// A box in a shed logs for months with nobody looking: it keeps logging armed until the device
+// speaks, makes its logs folder again and holds unended text to a bound, unless options.cfg
+// says otherwise.
+void ApplyLoggerDefaults(brizalog::Options& options) {
+    if (!options.Has("KeepLoggingArmed")) {
+        options.SetFlag("KeepLoggingArmed", true);
+    }
+}
+
+// The program's own health (a file it cannot write, and when it can again) in the journal.
+void TellNoticesOnStandardError() {
+    brizalog::SetNoticeTeller([](std::string_view source, const std::string& text) {
+        if (!text.empty()) {
+            brizalog::TellOnStandardError(std::string(source) + ": " + text);
+        }
+    });
+}
 
 }  // namespace
 
@@ -32,8 +60,10 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationName(QStringLiteral("brizalog-logger"));
     // A failure that ends the desktop program is told in a message box; here on standard error.
     brizalog::SetFailureTeller(brizalog::TellOnStandardError);
+    TellNoticesOnStandardError();
 
-    const QStringList args = QCoreApplication::arguments().mid(1);
+    QStringList args = QCoreApplication::arguments().mid(1);
+    const bool strict = args.removeAll(QStringLiteral("--strict")) > 0;
     if (args.size() == 1 && (args[0] == QStringLiteral("--help") || args[0] == "-h")) {
         std::fputs(kUsage, stdout);
         return 0;
@@ -50,7 +80,7 @@ int main(int argc, char* argv[]) {
     }
 
     // Settings files are replaced whole and made durable, so a power cut never tears one.
-    brizalog::SetDiskSync(brizalog::SyncFileToDisk);
+    brizalog::UsePlatformFiles();
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
     brizalog::DesktopSerialLink serial(folder);
@@ -59,6 +89,10 @@ int main(int argc, char* argv[]) {
     // There is no splash to click: the start-up makes whatever is missing in the folder before
     // anything reads it, as the splash does, and the abort flag stays 0 as after a plain click.
     brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
+    form.SetOptionsOverride([strict](brizalog::Options& options) {
+        ApplyLoggerOptions(options, strict);
+        ApplyLoggerDefaults(options);
+    });
     serial.SetReceiveHandler([&form] { brizalog::RunHandler([&form] { form.MSComm1_OnComm(); }); });
 
     // The desktop shows nothing when the device goes and comes back; a box without a screen

@@ -22,7 +22,7 @@ int main(int argc, char* argv[]) {
     const std::filesystem::path folder = brizalog::ProgramFolder();
 
     // Settings files are replaced whole and made durable, so a power cut never tears one.
-    brizalog::SetDiskSync(brizalog::SyncFileToDisk);
+    brizalog::UsePlatformFiles();
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
     brizalog::DesktopSerialLink serial(folder);
@@ -41,8 +41,17 @@ int main(int argc, char* argv[]) {
 
     brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
     form.state().settings.AbortFlag = abortFlag;
-    serial.SetReceiveHandler(
-        [&form] { brizalog::RunHandlerAtScreenPace([&form] { form.MSComm1_OnComm(); }); });
+    // A failure that ends the program from the serial event says where the choice to skip a
+    // meter message cut badly is.
+    serial.SetReceiveHandler([&form] {
+        brizalog::RunHandlerAtScreenPace([&form] {
+            try {
+                form.MSComm1_OnComm();
+            } catch (const brizalog::Failure& failure) {
+                throw brizalog::Failure(failure.kind(), form.EndingMessage(failure.what()));
+            }
+        });
+    });
 
     brizalog::MainWindow window(form);
     dialogs.Attach(&form, &window);

@@ -202,8 +202,11 @@ void Brizalog::Timer3_Timer() {
     if (SecondsSinceMidnight(now) >= kRolloverWindowSeconds) {
         return;
     }
-    AppendToFile(InFolder(m_folder, kWhoursFile),
-                 RolloverRecord(dateTag, HoursMinutes(now), m_state));
+    const std::filesystem::path path = InFolder(m_folder, kWhoursFile);
+    const std::string record = RolloverRecord(dateTag, HoursMinutes(now), m_state);
+    const bool unattended = KeepLoggingArmed();
+    m_fileHealth.Write("whours", "the watt-hour record", path, unattended,
+                       [&] { AppendLine(path, record, unattended); });
     // Only the sums of slots 1..8 of SumValue go, not SumWatts nor GoodDataCount: the first
     // averages of the new day run low for channels 1 to 8. Nothing guards a second run inside
     // the window; it writes what has been added since the first.

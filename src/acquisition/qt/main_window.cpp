@@ -13,6 +13,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "acquisition/brizalog.h"
 #include "ui/control_view.h"
@@ -139,6 +141,22 @@ void MainWindow::BuildMenus() {
         m_actions[entry.name] = action;
         m_menuEntries.push_back(
             {m_form.model().controls.Find(entry.name), action, action->menu() != nullptr, {}});
+    }
+    // Brizalog's own entries follow the specified ones of their menu, behind a separator.
+    std::set<std::string> separated;
+    for (const AddedMenuEntry& added : kAddedMenuEntries) {
+        const auto menu = menus.find(std::string(added.parent));
+        if (menu == menus.end()) {
+            continue;
+        }
+        if (separated.insert(menu->first).second) {
+            menu->second->addSeparator();
+        }
+        QAction* action = menu->second->addAction(ToQt(added.caption));
+        const std::string name(added.name);
+        action->setObjectName(ToQt(name));
+        connect(action, &QAction::triggered, this, [this, name] { Forward(name); });
+        m_actions[name] = action;
     }
 }
 
