@@ -14,6 +14,7 @@
 #include "catalogue/qt/splash_window.h"
 #include "catalogue/version.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
@@ -23,6 +24,8 @@ int main(int argc, char* argv[]) {
 
     // Settings files are replaced whole and made durable, so a power cut never tears one.
     brizalog::SetDiskSync(brizalog::SyncFileToDisk);
+    // Each window opens where it was last closed (windows.cfg), within the screen it opens on.
+    brizalog::SetWindowPlacesFolder(folder);
     brizalog::DesktopClock clock;
     brizalog::DesktopTimers timers;
     brizalog::DesktopSerialLink serial(folder);

@@ -17,6 +17,7 @@
 #include "acquisition/brizalog.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -95,6 +96,7 @@ MainWindow::MainWindow(Brizalog& form, QWidget* parent) : QMainWindow(parent), m
     setObjectName(QStringLiteral("Brizalog"));
     BuildMenus();
     BuildPanel();
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
     Render();
 }
@@ -175,10 +177,13 @@ void MainWindow::AddCell(QWidget* parent, QGridLayout* grid, int row, int column
 
 void MainWindow::BuildPanel() {
     MainFormModel& m = m_form.model();
-    auto* central = new QWidget(this);
+    // The panel scrolls when the screen is smaller than the layout: a type 8 panel at 200 % is
+    // taller than a laptop's screen.
+    auto* central = new QWidget;
     central->setObjectName(QStringLiteral("panel"));
     central->setStyleSheet(QString::fromLatin1(kStyle));
-    setCentralWidget(central);
+    setCentralWidget(new ScrollingArea(central, this));
+    m_panel = central;
     auto* layout = new QVBoxLayout(central);
     layout->setContentsMargins(10, 8, 10, 8);
     layout->setSpacing(6);
@@ -330,9 +335,10 @@ void MainWindow::ArrangeGroups() {
     }
     // The window takes the height of the new layout, so a smaller panel leaves no empty space.
     if (isVisible()) {
-        centralWidget()->layout()->activate();
+        m_panel->layout()->activate();
+        centralWidget()->updateGeometry();  // the scroll area's hint is the panel's new size
         layout()->activate();
-        resize(width(), sizeHint().height());
+        resize(FittedSize(this, QSize(width(), sizeHint().height())));
     }
 }
 

@@ -78,6 +78,7 @@ private:
     std::vector<Group> m_groups;
     std::vector<std::pair<const Control*, QLabel*>> m_labels;
 
+    QWidget* m_panel = nullptr;  // inside the scroll area that is the central widget
     QVBoxLayout* m_groupStack = nullptr;
     Lamp* m_dataOK = nullptr;
     Lamp* m_logOK = nullptr;

@@ -7,11 +7,13 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
 MonitorView::MonitorView(TimerBackend& timers) : QWidget(nullptr, Qt::Window), m_timers(timers) {
     setAttribute(Qt::WA_DeleteOnClose);
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
 }
 

@@ -24,6 +24,7 @@
 #include "displays/raw_data_viewers.h"
 #include "ui/control_view.h"
 #include "ui/plot_canvas.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -170,8 +171,9 @@ public:
             Button(this, this, m_model->ResetAllMaxMins, [this] { Forward("ResetAllMaxMins"); });
         reset->setObjectName(QStringLiteral("ResetAllMaxMins"));
 
+        // 31 rows are taller than a laptop's screen at 200 %: they scroll, the button stays.
         auto* layout = new QVBoxLayout(this);
-        layout->addWidget(panel);
+        layout->addWidget(new ScrollingArea(panel, this), 1);
         layout->addWidget(reset, 0, Qt::AlignRight);
     }
 

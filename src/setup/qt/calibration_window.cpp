@@ -9,10 +9,12 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "catalogue/channels.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -132,10 +134,12 @@ CalibrationWindow::CalibrationWindow(SharedState& state, std::filesystem::path f
         }
     }
 
+    m_menu = menu;
+    m_rowsArea = new ScrollingArea(m_table, this);
     auto* layout = new QVBoxLayout(this);
     layout->setMenuBar(menu);
-    layout->addWidget(m_table);
-    layout->addStretch();
+    layout->addWidget(m_rowsArea, 1);
+    FitToScreen(this);
 
     AddRenderer(this, [this] { Render(); });
 }
@@ -160,8 +164,13 @@ void CalibrationWindow::Render() {
     ShowText(m_save, m.SAVEcalibration.text);
     m_save->setEnabled(m.SAVEcalibration.enabled);
     ShowText(m_exit, m.CalibrationExit.text);
-    if (m_table->isVisibleTo(this) == m.shrunk) {
-        m_table->setVisible(!m.shrunk);
+    if (m_rowsArea->isVisibleTo(this) == m.shrunk) {
+        m_rowsArea->setVisible(!m.shrunk);
+        // Shrunk to its title, the window stays wide enough for the whole title and both menu
+        // entries: its message tells the user to press EXIT there.
+        const int title = fontMetrics().horizontalAdvance(windowTitle()) +
+                          fontMetrics().horizontalAdvance(QStringLiteral("M")) * 12;
+        setMinimumWidth(m.shrunk ? std::max(m_menu->sizeHint().width(), title) : 0);
         adjustSize();
     }
     for (int i = 1; i <= kMeasuredChannels; ++i) {

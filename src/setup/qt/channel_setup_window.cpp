@@ -15,6 +15,7 @@
 #include "catalogue/channels.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -79,11 +80,7 @@ ChannelSetupWindow::ChannelSetupWindow(std::string_view window, SharedState& sta
     grid->setRowStretch(kChannelCount + 1, 1);
     grid->setColumnStretch(column, 1);  // spare width goes right of the last column
 
-    m_scroll = new QScrollArea(this);
-    m_scroll->setWidget(rows);
-    m_scroll->setWidgetResizable(true);
-    m_scroll->setFrameShape(QFrame::NoFrame);
-    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll = new ScrollingArea(rows, this);
 
     m_save = new QPushButton(this);
     m_save->setObjectName(QStringLiteral("SaveSettings"));
@@ -104,6 +101,7 @@ ChannelSetupWindow::ChannelSetupWindow(std::string_view window, SharedState& sta
     layout->addWidget(m_scroll, 1);
     layout->addLayout(buttons);
 
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
 }
 
@@ -169,12 +167,8 @@ void ChannelSetupWindow::AddRow(QGridLayout* grid, int i) {
 
 void ChannelSetupWindow::Load() {
     RunHandler([this] { m_form.Form_Load(); });
-    // As wide as the rows and as tall as the offered rows need, within the screen; the rows
+    // As large as the offered rows need; FitToScreen keeps it within the screen, and the rows
     // scroll beyond that.
-    const QSize rows = m_scroll->widget()->sizeHint();
-    const int screenHeight = screen()->availableGeometry().height();
-    m_scroll->setMinimumSize(rows.width() + m_scroll->verticalScrollBar()->sizeHint().width(),
-                             std::min(rows.height(), screenHeight * 3 / 4));
     adjustSize();
 }
 

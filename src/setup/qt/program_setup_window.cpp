@@ -11,6 +11,7 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -80,12 +81,19 @@ ProgramSetupWindow::ProgramSetupWindow(SharedState& state, std::filesystem::path
     buttons->addStretch();
     buttons->addWidget(m_abort);
 
+    // The fields scroll when the screen is too small for them; the two buttons stay in view.
+    auto* body = new QWidget;
+    auto* bodyLayout = new QVBoxLayout(body);
+    bodyLayout->setContentsMargins(0, 0, 0, 0);
+    bodyLayout->addLayout(fields);
+    bodyLayout->addLayout(switches);
+    bodyLayout->addWidget(costs);
+    bodyLayout->addStretch();
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(fields);
-    layout->addLayout(switches);
-    layout->addWidget(costs);
+    layout->addWidget(new ScrollingArea(body, this), 1);
     layout->addSpacing(8);
     layout->addLayout(buttons);
+    FitToScreen(this);
 
     AddRenderer(this, [this] { Render(); });
 }

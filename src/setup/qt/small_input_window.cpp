@@ -8,6 +8,7 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -51,6 +52,7 @@ SmallInputWindow::SmallInputWindow(std::string_view window, SharedState& state, 
         row->addWidget(LabelButton(2));
         layout->addLayout(row);
     }
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
 }
 
