@@ -11,6 +11,7 @@
 #include "app/program_folder.h"
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
+#include "catalogue/options.h"
 #include "catalogue/qt/splash_window.h"
 #include "catalogue/version.h"
 #include "ui/event_gate.h"
@@ -44,10 +45,21 @@ int main(int argc, char* argv[]) {
 
     brizalog::Brizalog form(folder, {clock, timers, serial, dialogs});
     form.state().settings.AbortFlag = abortFlag;
-    serial.SetReceiveHandler(
-        [&form] { brizalog::RunHandlerAtScreenPace([&form] { form.MSComm1_OnComm(); }); });
-
     brizalog::MainWindow window(form);
+    serial.SetReceiveHandler(
+        [&window] { brizalog::RunHandlerAtScreenPace([&window] { window.ReceiveSerial(); }); });
+    QObject::connect(&serial, &brizalog::DesktopSerialLink::deviceLost, &window,
+                     &brizalog::MainWindow::DeviceLost);
+    QObject::connect(&serial, &brizalog::DesktopSerialLink::deviceBack, &window,
+                     &brizalog::MainWindow::DeviceBack);
+    // The program's one-line notices (a log it cannot write, a broker it cannot reach) stand in
+    // the status bar, each source's latest.
+    brizalog::SetNoticeTeller([&window](std::string_view source, const std::string& text) {
+        window.ShowNotice(source, text);
+    });
+    struct ForgetTeller {
+        ~ForgetTeller() { brizalog::SetNoticeTeller(nullptr); }
+    } forgetTeller;
     dialogs.Attach(&form, &window);
     bool started = false;
     brizalog::RunHandler([&] {

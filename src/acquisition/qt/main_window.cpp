@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -11,10 +12,14 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
+#include <QStatusBar>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "acquisition/brizalog.h"
+#include "acquisition/qt/platform.h"
+#include "logging/log_records.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
 #include "ui/window_fit.h"
@@ -92,10 +97,13 @@ QGroupBox[channel="true"] { font-weight: 500; margin-top: 8px; background: #f3f6
 
 }  // namespace
 
-MainWindow::MainWindow(Brizalog& form, QWidget* parent) : QMainWindow(parent), m_form(form) {
+MainWindow::MainWindow(Brizalog& form, QWidget* parent)
+    : QMainWindow(parent), m_form(form), m_status({0, form.clock().Now()}) {
+    m_monotonic.start();
     setObjectName(QStringLiteral("Brizalog"));
     BuildMenus();
     BuildPanel();
+    BuildStatusBar();
     FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
     Render();
@@ -394,6 +402,112 @@ void MainWindow::Render() {
     if (m_form.ExitRequested()) {
         close();
     }
+}
+
+// ---- Status bar -------------------------------------------------------------------------------
+
+void MainWindow::BuildStatusBar() {
+    auto label = [this](const char* name, const QString& tip) {
+        auto* text = new QLabel(this);
+        text->setObjectName(QString::fromLatin1(name));
+        text->setToolTip(tip);
+        return text;
+    };
+    m_portText = label("statusPort", QStringLiteral("The port and the device it stands for"));
+    m_loggingText =
+        label("statusLogging", QStringLiteral("Whether records are written, and where"));
+    m_frameText = label("statusFrame", QStringLiteral("When the last frame came in"));
+    m_rateText = label("statusRate", QStringLiteral("Frames per second over the last 10 s"));
+    m_unpluggedText = label("statusUnplugged", QString());
+    m_unpluggedText->setStyleSheet(QStringLiteral("font-weight: bold;"));
+    m_unpluggedText->hide();
+    m_noticeText = new ElidedLabel(this);
+    m_noticeText->setObjectName(QStringLiteral("statusNotice"));
+    m_noticeText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    QStatusBar* bar = statusBar();
+    bar->setSizeGripEnabled(true);
+    for (QLabel* text : {m_portText, m_loggingText, m_frameText, m_rateText, m_unpluggedText}) {
+        bar->addWidget(text);
+    }
+    bar->addWidget(m_noticeText, 1);
+    // Once a second: the texts change at that pace at most, and a silence is noticed even when
+    // no event comes at all.
+    auto* clock = new QTimer(this);
+    connect(clock, &QTimer::timeout, this, &MainWindow::UpdateStatus);
+    clock->start(1000);
+    UpdateStatus();
+}
+
+Moment MainWindow::Now() const {
+    return {static_cast<double>(m_monotonic.elapsed()) / 1000.0, m_form.clock().Now()};
+}
+
+void MainWindow::ReceiveSerial() {
+    const long before = m_form.state().GoodDataCount;
+    m_form.MSComm1_OnComm();
+    // Within one serial event no tick can clear the count: what it grew by is what was cut.
+    const long after = m_form.state().GoodDataCount;
+    if (after > before) {
+        m_status.Frames(after - before, Now());
+    }
+}
+
+void MainWindow::DeviceLost() {
+    m_status.DeviceLost(Now());
+    m_shownPort = -1;
+    UpdateStatus();
+}
+
+void MainWindow::DeviceBack() {
+    m_status.DeviceBack();
+    m_shownPort = -1;
+    UpdateStatus();
+}
+
+void MainWindow::ShowNotice(std::string_view source, const std::string& text) {
+    m_status.SetNotice(source, text);
+    UpdateStatus();
+}
+
+void MainWindow::UpdateStatus() {
+    const SharedState& state = m_form.state();
+    const auto show = [](QLabel* label, const std::string& text) {
+        const QString shown = QString::fromStdString(text);
+        if (label->text() != shown) {
+            label->setText(shown);
+        }
+        if (label->isVisibleTo(label->parentWidget()) == shown.isEmpty()) {
+            label->setVisible(!shown.isEmpty());
+        }
+    };
+    const int port = static_cast<int>(state.settings.PortNumber);
+    if (port != m_shownPort) {
+        m_shownPort = port;
+        // A link under ports/ is named by the device it points at.
+        const QString path = ResolvePort(m_form.programFolder(), port);
+        const QString device = QFileInfo(path).canonicalFilePath();
+        m_status.SetPort(port, (device.isEmpty() ? path : device).toStdString());
+    }
+    std::vector<std::string> files;
+    const LocalDateTime now = m_form.clock().Now();
+    for (const LogFile& file : LogFilesOf(state.settings.SystemType)) {
+        const std::string literal =
+            LogFileLiteral(file.prefix, DateTag(now, state.settings.LogDelay <= 5));
+        files.push_back(literal.substr(literal.rfind('/') + 1));
+    }
+    m_status.SetLogging(state.LoggingActive == 1, std::move(files));
+    const double seconds = Now().seconds;
+    show(m_portText, m_status.PortText());
+    show(m_loggingText, m_status.LoggingText());
+    show(m_frameText, m_status.LastFrameText());
+    show(m_rateText, m_status.RateText(seconds));
+    show(m_unpluggedText, m_status.UnpluggedText());
+    QStringList notices;
+    for (const std::string& notice : m_status.Notices()) {
+        notices << QString::fromStdString(notice);
+    }
+    show(m_noticeText, notices.join(QStringLiteral(" · ")).toStdString());
+    m_noticeText->setToolTip(notices.join(QLatin1Char('\n')));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <filesystem>
 
 #include "support/virtual_desk.h"
 #include "ui/control_view.h"
@@ -184,6 +185,41 @@ private slots:
         qApp->removeEventFilter(&requests);
         QVERIFY(lamp->isVisible());
         QCOMPARE(requests.count, 0);
+    }
+
+    // The status bar: the device behind the port, the day's log, the frames and their rate, a
+    // device that has gone, and the program's notices, each source's latest.
+    void theStatusBarTellsWhatTheLoggerIsDoing() {
+        VirtualDesk desk;
+        std::filesystem::create_directory(desk.folder / "ports");
+        std::filesystem::create_symlink("/dev/null", desk.folder / "ports" / "COM3");
+        QVERIFY(desk.ShowSystem(8));
+        desk.Click("startMENU");
+        auto text = [&](const char* name) {
+            desk.window->UpdateStatus();
+            return desk.window->findChild<QLabel*>(QString::fromLatin1(name))->text();
+        };
+        QCOMPARE(text("statusPort"), QStringLiteral("COM3 \u2192 /dev/null"));
+        QCOMPARE(text("statusLogging"), QStringLiteral("logging to BZ_2026_03_07.txt + 2 more"));
+        QCOMPARE(text("statusFrame"), QStringLiteral("no frame yet"));
+        desk.clock.Set({2026, 3, 7, 14, 5, 9, 0});
+        desk.Receive(SampleFrame(8) + SampleFrame(8));
+        QCOMPARE(text("statusFrame"), QStringLiteral("last frame 14:05:09"));
+        QVERIFY(text("statusRate") != QStringLiteral("0.0 frames/s"));
+        desk.Click("stopMENU");
+        QCOMPARE(text("statusLogging"), QStringLiteral("not logging"));
+
+        desk.window->DeviceLost();
+        QCOMPARE(text("statusUnplugged"),
+                 QStringLiteral("device unplugged \u2014 waiting since 14:05:09"));
+        desk.window->DeviceBack();
+        QVERIFY(!desk.window->findChild<QLabel*>(QStringLiteral("statusUnplugged"))->isVisible());
+        desk.window->ShowNotice("mqtt", "broker unreachable");
+        desk.window->ShowNotice("log", "cannot write the day's log");
+        QCOMPARE(text("statusNotice"), QStringLiteral("log: cannot write the day's log \u00b7 "
+                                                      "mqtt: broker unreachable"));
+        desk.window->ShowNotice("log", "");
+        QCOMPARE(text("statusNotice"), QStringLiteral("mqtt: broker unreachable"));
     }
 
     void exitWritesTheSettingsAndClosesTheWindow() {
