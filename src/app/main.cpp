@@ -15,11 +15,17 @@
 #include "catalogue/qt/splash_window.h"
 #include "catalogue/version.h"
 #include "ui/event_gate.h"
+#include "ui/theme.h"
 #include "ui/window_fit.h"
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Brizalog"));
+    // `brizalog --dark` (or BRIZALOG_THEME=dark): Fusion with a dark palette, whatever the
+    // desktop's own theme; otherwise the platform's palette, which may be dark too.
+    if (brizalog::DarkThemeAsked(argc, argv)) {
+        brizalog::ApplyDarkTheme(app);
+    }
 
     const std::filesystem::path folder = brizalog::ProgramFolder();
 

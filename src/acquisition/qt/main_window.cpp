@@ -22,6 +22,7 @@
 #include "logging/log_records.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/theme.h"
 #include "ui/window_fit.h"
 
 namespace brizalog {
@@ -78,22 +79,37 @@ constexpr CellPlace kMisc[] = {{"Label6", "Volts 2"},
 
 constexpr int kTwipsPerPixel = 15;  // 1440 twips to the inch, 96 pixels to the inch
 
-const char* kStyle = R"(
+// The panel's look, from the palette: light or dark, every text reads on its ground at
+// 4.5 : 1 or better. The cells' own colours, where a rule gives them, are set on each cell.
+QString PanelStyle(const QPalette& p) {
+    const QColor window = p.color(QPalette::Window);
+    const QColor windowText = p.color(QPalette::WindowText);
+    const QColor base = p.color(QPalette::Base);
+    const QColor text = p.color(QPalette::Text);
+    const QColor channelGround = Mix(window, base, 0.5);
+    const QColor muted = ReadableOn(Mix(windowText, window, 0.35), window);
+    const QColor title =
+        ReadableOn(Mix(windowText, p.color(QPalette::Highlight), 0.3), channelGround);
+    return QStringLiteral(R"(
 QLabel[cell="true"] {
-    border: 1px solid #a9b6c3; border-radius: 4px; background: #fbfdff;
-    padding: 3px 8px; font-size: 13pt; font-weight: 600; color: #12263a;
+    border: 1px solid %1; border-radius: 4px; background: %2;
+    padding: 3px 8px; font-size: 13pt; font-weight: 600; color: %3;
 }
-QLabel[caption="true"] { color: #5a6b7c; font-size: 8pt; }
-QGroupBox { font-weight: 600; border: 1px solid #c3ccd6; border-radius: 6px;
+QLabel[caption="true"] { color: %4; font-size: 8pt; }
+QGroupBox { font-weight: 600; border: 1px solid %5; border-radius: 6px;
             margin-top: 10px; padding-top: 4px; }
-QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 4px; color: #24425f; }
-QGroupBox[channel="true"] { font-weight: 500; margin-top: 8px; background: #f3f6f9; }
-#Label11 { font-size: 15pt; font-weight: 700; color: #16324f; }
-#Label15, #Label1 { color: #3d4f61; }
-#Label2 { font-family: monospace; color: #2e4a62; background: #eef2f6;
-          border: 1px solid #d3dbe3; padding: 2px 4px; }
-#ErrorString { color: #5a6b7c; }
-)";
+QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 4px; color: %6; }
+QGroupBox[channel="true"] { font-weight: 500; margin-top: 8px; background: %7; }
+#Label11 { font-size: 15pt; font-weight: 700; color: %8; }
+#Label15, #Label1 { color: %4; }
+#Label2 { font-family: monospace; color: %3; background: %9;
+          border: 1px solid %5; padding: 2px 4px; }
+#ErrorString { color: %4; }
+)")
+        .arg(Mix(text, base, 0.6).name(), base.name(), text.name(), muted.name(),
+             Mix(windowText, window, 0.75).name(), title.name(), channelGround.name(),
+             windowText.name(), p.color(QPalette::AlternateBase).name());
+}
 
 }  // namespace
 
@@ -189,7 +205,7 @@ void MainWindow::BuildPanel() {
     // taller than a laptop's screen.
     auto* central = new QWidget;
     central->setObjectName(QStringLiteral("panel"));
-    central->setStyleSheet(QString::fromLatin1(kStyle));
+    central->setStyleSheet(PanelStyle(palette()));
     setCentralWidget(new ScrollingArea(central, this));
     m_panel = central;
     auto* layout = new QVBoxLayout(central);
@@ -508,6 +524,17 @@ void MainWindow::UpdateStatus() {
     }
     show(m_noticeText, notices.join(QStringLiteral(" · ")).toStdString());
     m_noticeText->setToolTip(notices.join(QLatin1Char('\n')));
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    // A palette changed while the program runs (a desktop switched to dark) is followed.
+    if (event->type() == QEvent::PaletteChange && m_panel != nullptr) {
+        const QString style = PanelStyle(palette());
+        if (m_panel->styleSheet() != style) {
+            m_panel->setStyleSheet(style);
+        }
+    }
+    QMainWindow::changeEvent(event);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -24,6 +24,7 @@
 #include "displays/raw_data_viewers.h"
 #include "ui/control_view.h"
 #include "ui/plot_canvas.h"
+#include "ui/theme.h"
 #include "ui/window_fit.h"
 
 namespace brizalog {
@@ -118,12 +119,14 @@ public:
 private:
     void RenderModel() override {
         const BatteryMonitor& m = *m_model;
-        const QString tile = m.voltage.colour == kDefaultColour ? QStringLiteral("#c8c8c8")
-                                                                : ToQColor(m.voltage.colour).name();
+        const QColor tile = m.voltage.colour == kDefaultColour ? QColor(0xc8, 0xc8, 0xc8)
+                                                               : ToQColor(m.voltage.colour);
+        // The tile's colour is the battery's state; the figures take black or white, whichever
+        // reads on it. The caption's own colour, where the monitor gives one, stays.
         const QString style = QStringLiteral(
                                   "QFrame#tile { background-color: %1; border-radius: 8px; }"
-                                  "QFrame#tile QLabel { color: black; }")
-                                  .arg(tile);
+                                  "QFrame#tile QLabel { color: %2; }")
+                                  .arg(tile.name(), TextOn(tile).name());
         if (m_tile->styleSheet() != style) {
             m_tile->setStyleSheet(style);
         }
@@ -195,11 +198,8 @@ private:
         QString style;
         if (colour != kDefaultColour) {
             const QColor ground = ToQColor(colour);
-            const bool dark =
-                0.299 * ground.red() + 0.587 * ground.green() + 0.114 * ground.blue() < 140;
-            style =
-                QStringLiteral("background-color: %1; color: %2; padding: 1px 6px;")
-                    .arg(ground.name(), dark ? QStringLiteral("white") : QStringLiteral("black"));
+            style = QStringLiteral("background-color: %1; color: %2; padding: 1px 6px;")
+                        .arg(ground.name(), TextOn(ground).name());
         }
         if (label->styleSheet() != style) {
             label->setStyleSheet(style);

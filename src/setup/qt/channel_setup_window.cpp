@@ -15,26 +15,24 @@
 #include "catalogue/channels.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/theme.h"
 #include "ui/window_fit.h"
 
 namespace brizalog {
 
 namespace {
 
-// A name in its channel's colour, on a ground that keeps it readable: pale colours (yellow, the
-// light tints of the chart) on a dark ground, deep ones (blue, red) on a light one.
-// An inactive name is faded towards its ground.
+// A name in its channel's colour, on black or white, whichever it reads on best: every colour
+// reads at 4.5 : 1 or better on one of the two, in a light theme or a dark one. An inactive
+// name is faded towards its ground.
 QString NameStyle(int colour, bool active) {
     QColor text = ToQColor(colour);
-    const double brightness = 0.299 * text.red() + 0.587 * text.green() + 0.114 * text.blue();
-    const char* ground = brightness > 128 ? "#20242a" : "#f2f2f2";
+    const QColor ground = TextOn(text);
     if (!active) {
-        const QColor back(QString::fromLatin1(ground));
-        text.setRgb((text.red() + back.red()) / 2, (text.green() + back.green()) / 2,
-                    (text.blue() + back.blue()) / 2);
+        text = Mix(text, ground, 0.5);
     }
     return QStringLiteral("background-color: %1; color: %2; padding: 2px 8px; border-radius: 3px;")
-        .arg(QString::fromLatin1(ground), text.name());
+        .arg(ground.name(), text.name());
 }
 
 void Show(QWidget* widget, bool visible, bool enabled) {
@@ -212,9 +210,13 @@ void ChannelSetupWindow::Render() {
             Show(w.tag, shown, row.XMLcode.enabled);
             ShowText(w.tag, row.XMLcode.text);
             // A tag that can be clicked looks like a link; an inert one is plain grey.
+            const QColor ground = palette().color(QPalette::Window);
             const QString tagStyle =
-                row.XMLcode.enabled ? QStringLiteral("color: #1f5fa8; text-decoration: underline;")
-                                    : QStringLiteral("color: #9a9a9a;");
+                row.XMLcode.enabled
+                    ? QStringLiteral("color: %1; text-decoration: underline;")
+                          .arg(ReadableOn(palette().color(QPalette::Link), ground).name())
+                    : QStringLiteral("color: %1;")
+                          .arg(Mix(palette().color(QPalette::WindowText), ground, 0.5).name());
             if (w.tag->styleSheet() != tagStyle) {
                 w.tag->setStyleSheet(tagStyle);
             }

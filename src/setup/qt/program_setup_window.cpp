@@ -11,6 +11,7 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/theme.h"
 #include "ui/window_fit.h"
 
 namespace brizalog {
@@ -33,7 +34,10 @@ ProgramSetupWindow::ProgramSetupWindow(SharedState& state, std::filesystem::path
     m_findPorts = new ClickableLabel(this);
     m_findPorts->setObjectName(QStringLiteral("Label7"));
     m_findPorts->setCursor(Qt::PointingHandCursor);
-    m_findPorts->setStyleSheet(QStringLiteral("color: #1f5fa8; text-decoration: underline;"));
+    m_findPorts->setStyleSheet(
+        QStringLiteral("color: %1; text-decoration: underline;")
+            .arg(ReadableOn(palette().color(QPalette::Link), palette().color(QPalette::Window))
+                     .name()));
     connect(m_findPorts, &ClickableLabel::clicked, this,
             [this] { RunHandler([this] { m_form.Label7_Click(); }); });
 
