@@ -22,6 +22,7 @@
 #include "logging/log_records.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/stale_shade.h"
 #include "ui/theme.h"
 #include "ui/window_fit.h"
 
@@ -208,6 +209,7 @@ void MainWindow::BuildPanel() {
     central->setStyleSheet(PanelStyle(palette()));
     setCentralWidget(new ScrollingArea(central, this));
     m_panel = central;
+    new StaleShade(centralWidget());
     auto* layout = new QVBoxLayout(central);
     layout->setContentsMargins(10, 8, 10, 8);
     layout->setSpacing(6);
@@ -455,7 +457,13 @@ void MainWindow::BuildStatusBar() {
 }
 
 Moment MainWindow::Now() const {
-    return {static_cast<double>(m_monotonic.elapsed()) / 1000.0, m_form.clock().Now()};
+    const double seconds = m_seconds ? m_seconds() : m_monotonic.elapsed() / 1000.0;
+    return {seconds, m_form.clock().Now()};
+}
+
+void MainWindow::SetSecondsSource(std::function<double()> seconds) {
+    m_seconds = std::move(seconds);
+    m_status = StatusLine(Now());
 }
 
 void MainWindow::ReceiveSerial() {
@@ -465,6 +473,10 @@ void MainWindow::ReceiveSerial() {
     const long after = m_form.state().GoodDataCount;
     if (after > before) {
         m_status.Frames(after - before, Now());
+        // The first frame after a silence lifts the stale notes at once.
+        if (!StaleNote().isEmpty()) {
+            SetStaleNote(QString());
+        }
     }
 }
 
@@ -513,6 +525,9 @@ void MainWindow::UpdateStatus() {
     }
     m_status.SetLogging(state.LoggingActive == 1, std::move(files));
     const double seconds = Now().seconds;
+    const auto stale =
+        m_status.StaleNote(seconds, std::max(1, static_cast<int>(state.settings.LogDelay)));
+    SetStaleNote(stale ? QString::fromStdString(*stale) : QString());
     show(m_portText, m_status.PortText());
     show(m_loggingText, m_status.LoggingText());
     show(m_frameText, m_status.LastFrameText());

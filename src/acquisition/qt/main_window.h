@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -50,6 +51,9 @@ public:
     // The moment now, on the status bar's clocks.
     Moment Now() const;
     const StatusLine& status() const { return m_status; }
+    // For tests: the seconds of the status bar's clock that only moves forward (by default the
+    // machine's monotonic clock), from now on.
+    void SetSecondsSource(std::function<double()> seconds);
 
     // For the tests: the menu action or the widget of a control by its own name.
     QAction* menuAction(const std::string& name) const;
@@ -103,6 +107,7 @@ private:
     QCheckBox* m_check1 = nullptr;
     // The status bar: its rules are the core's StatusLine; the labels show its texts.
     QElapsedTimer m_monotonic;
+    std::function<double()> m_seconds;
     StatusLine m_status;
     QLabel* m_portText = nullptr;
     QLabel* m_loggingText = nullptr;

@@ -24,6 +24,7 @@
 #include "displays/raw_data_viewers.h"
 #include "ui/control_view.h"
 #include "ui/plot_canvas.h"
+#include "ui/stale_shade.h"
 #include "ui/theme.h"
 #include "ui/window_fit.h"
 
@@ -113,6 +114,7 @@ public:
         auto* layout = new QVBoxLayout(this);
         layout->setContentsMargins(6, 6, 6, 6);
         layout->addWidget(m_tile);
+        new StaleShade(m_tile);
         resize(380, 220);
     }
 
@@ -407,6 +409,7 @@ public:
         }
         grid->addWidget(m_canvas, 1, 0, 1, 2);
         grid->setRowStretch(1, 1);
+        new StaleShade(m_canvas);
         auto* layout = new QVBoxLayout(this);
         layout->setMenuBar(bar);
         layout->addLayout(grid);
@@ -455,6 +458,7 @@ public:
         layout->setMenuBar(bar);
         layout->addWidget(m_canvas, 1);
         layout->addLayout(limits);
+        new StaleShade(m_canvas);
         resize(660, 460);
     }
 

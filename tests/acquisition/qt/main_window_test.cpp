@@ -11,6 +11,7 @@
 #include "support/virtual_desk.h"
 #include "ui/control_view.h"
 #include "ui/qt_text.h"
+#include "ui/stale_shade.h"
 
 using brizalog::testing::SampleFrame;
 using brizalog::testing::VirtualDesk;
@@ -220,6 +221,32 @@ private slots:
                                                       "mqtt: broker unreachable"));
         desk.window->ShowNotice("log", "");
         QCOMPARE(text("statusNotice"), QStringLiteral("mqtt: broker unreachable"));
+    }
+
+    // Three logging intervals without a frame (10 s at least) dim the panel under a note; the
+    // next frame lifts it at once. The cells keep the texts and colours the rules gave them.
+    void readingsWithoutFramesLookStaleUntilTheNextFrame() {
+        VirtualDesk desk;
+        QVERIFY(desk.ShowSystem(8));
+        desk.window->SetSecondsSource([&desk] { return SecondsSinceMidnight(desk.clock.Now()); });
+        auto* shade = desk.window->findChild<QWidget*>(QStringLiteral("staleShade"));
+        QVERIFY(shade != nullptr);
+        desk.Receive(SampleFrame(8));
+        const QString volts = Text(desk, "Volts(0)");
+        const QString style = desk.window->controlWidget("Volts(0)")->styleSheet();
+        const int logDelay = static_cast<int>(desk.form->state().settings.LogDelay);
+        desk.clock.Set(AddMilliseconds(desk.clock.Now(), 3 * logDelay * 1000 - 500));
+        desk.window->UpdateStatus();
+        QVERIFY(!shade->isVisible());
+        desk.clock.Set(AddMilliseconds(desk.clock.Now(), 1000));
+        desk.window->UpdateStatus();
+        QVERIFY(shade->isVisible());
+        QCOMPARE(StaleNote(), QStringLiteral("no data since 14:05:00"));
+        QCOMPARE(Text(desk, "Volts(0)"), volts);
+        QCOMPARE(desk.window->controlWidget("Volts(0)")->styleSheet(), style);
+        desk.Receive(SampleFrame(8));
+        QVERIFY(!shade->isVisible());
+        QVERIFY(StaleNote().isEmpty());
     }
 
     void exitWritesTheSettingsAndClosesTheWindow() {
