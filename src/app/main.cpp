@@ -15,6 +15,7 @@
 #include "catalogue/qt/splash_window.h"
 #include "catalogue/version.h"
 #include "ui/event_gate.h"
+#include "ui/keyboard.h"
 #include "ui/theme.h"
 #include "ui/window_fit.h"
 
@@ -26,6 +27,7 @@ int main(int argc, char* argv[]) {
     if (brizalog::DarkThemeAsked(argc, argv)) {
         brizalog::ApplyDarkTheme(app);
     }
+    brizalog::InstallKeyboardConventions();
 
     const std::filesystem::path folder = brizalog::ProgramFolder();
 

@@ -22,6 +22,7 @@
 #include "logging/log_records.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/keyboard.h"
 #include "ui/stale_shade.h"
 #include "ui/theme.h"
 #include "ui/window_fit.h"
@@ -124,6 +125,7 @@ MainWindow::MainWindow(Brizalog& form, QWidget* parent)
     FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
     Render();
+    KeepMnemonics(menuBar());
 }
 
 QAction* MainWindow::menuAction(const std::string& name) const {
@@ -375,12 +377,14 @@ void MainWindow::Render() {
         setWindowTitle(title);
     }
 
+    bool captionsChanged = false;
     for (auto& [control, action, opensMenu, shown] : m_menuEntries) {
         if (shown != control->text) {
             shown = control->text;
             QString text = ToQt(shown);
             text.replace(QLatin1Char('&'), QStringLiteral("&&"));
             action->setText(text);
+            captionsChanged = true;
         }
         if (!opensMenu && action->isChecked() != control->checked) {
             action->setCheckable(control->checked);
@@ -394,6 +398,9 @@ void MainWindow::Render() {
         }
     }
 
+    if (captionsChanged) {
+        AssignMnemonics(menuBar());  // Alt+letter, without a word of the captions changed
+    }
     for (const Group& group : m_groups) {
         ShowGroup(group.box, *group.control);
     }

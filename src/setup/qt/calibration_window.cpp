@@ -14,6 +14,7 @@
 #include "catalogue/channels.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/keyboard.h"
 #include "ui/window_fit.h"
 
 namespace brizalog {
@@ -161,9 +162,9 @@ void CalibrationWindow::reject() {
 void CalibrationWindow::Render() {
     const CalibrationModel& m = m_form.model();
     setWindowTitle(ToQt(m.caption));
-    ShowText(m_save, m.SAVEcalibration.text);
+    ShowMenuCaption(m_save, ToQt(m.SAVEcalibration.text));
     m_save->setEnabled(m.SAVEcalibration.enabled);
-    ShowText(m_exit, m.CalibrationExit.text);
+    ShowMenuCaption(m_exit, ToQt(m.CalibrationExit.text));
     if (m_rowsArea->isVisibleTo(this) == m.shrunk) {
         m_rowsArea->setVisible(!m.shrunk);
         // Shrunk to its title, the window stays wide enough for the whole title and both menu

@@ -41,6 +41,9 @@ ProgramSetupWindow::ProgramSetupWindow(SharedState& state, std::filesystem::path
     connect(m_findPorts, &ClickableLabel::clicked, this,
             [this] { RunHandler([this] { m_form.Label7_Click(); }); });
 
+    // Find ALL PORTS comes right after the port it helps to choose.
+    setTabOrder(m_port, m_findPorts);
+    setTabOrder(m_findPorts, m_baud);
     auto* portRow = new QHBoxLayout;
     portRow->addWidget(m_port);
     portRow->addWidget(m_findPorts);

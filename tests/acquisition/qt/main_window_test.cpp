@@ -10,6 +10,7 @@
 
 #include "support/virtual_desk.h"
 #include "ui/control_view.h"
+#include "ui/keyboard.h"
 #include "ui/qt_text.h"
 #include "ui/stale_shade.h"
 
@@ -20,8 +21,9 @@ namespace brizalog {
 
 namespace {
 
+// What the user reads on an entry: its words, without the mark of its Alt letter.
 QString MenuCaption(const std::string& text) {
-    return ToQt(text).replace(QLatin1Char('&'), QStringLiteral("&&"));
+    return ToQt(text);
 }
 
 QString Text(VirtualDesk& desk, const std::string& name) {
@@ -55,7 +57,7 @@ private slots:
         for (const auto& entry : m.menuTree) {
             QAction* action = desk.window->menuAction(entry.name);
             QVERIFY2(action != nullptr, entry.name.c_str());
-            QCOMPARE(action->text(), MenuCaption(m.controls.Find(entry.name)->text));
+            QCOMPARE(ShownCaption(action->text()), MenuCaption(m.controls.Find(entry.name)->text));
         }
         QVERIFY(desk.window->menuAction("setsystem(0)")->isChecked());
 
