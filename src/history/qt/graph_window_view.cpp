@@ -385,6 +385,7 @@ QWidget* GraphWindowView::BuildSelection() {
         }
     });
     m_files->viewport()->installEventFilter(this);
+    m_files->installEventFilter(this);
     connect(m_files, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
         if (m_files->row(item) == m_rowBeforePress) {
             Forward("File1", FromQt(item->text()));
@@ -555,6 +556,12 @@ void GraphWindowView::Load() {
 bool GraphWindowView::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_files->viewport() && event->type() == QEvent::MouseButtonPress) {
         m_rowBeforePress = m_files->currentRow();
+    }
+    // Backspace goes back from the list of days too, where it has no use of its own.
+    if (watched == m_files && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Backspace) {
+        GoBack();
+        return true;
     }
     if (watched == m_canvas) {
         switch (event->type()) {
