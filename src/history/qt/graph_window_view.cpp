@@ -665,16 +665,26 @@ void GraphWindowView::ShowReadoutTip() {
 // ---- Scales, crosshair and zoom ---------------------------------------------------------------
 
 int GraphWindowView::ScaleSeries() const {
-    const int count = static_cast<int>(m_engine.member().series.size());
+    const GraphMember& member = m_engine.member();
+    const int count = static_cast<int>(member.series.size());
     if (m_picked >= 0 && m_picked < count && m_engine.ShowFlag(m_picked) == 1) {
         return m_picked;
     }
+    // Unpicked, the first channel shown: a meter's temperatures, of no channel, come first in
+    // its panel but are not what its chart is read for.
+    int anyShown = kNoSeries;
     for (int s = 0; s < count; ++s) {
-        if (m_engine.ShowFlag(s) == 1) {
+        if (m_engine.ShowFlag(s) != 1) {
+            continue;
+        }
+        if (member.series[static_cast<std::size_t>(s)].channel != 0) {
             return s;
         }
+        if (anyShown == kNoSeries) {
+            anyShown = s;
+        }
     }
-    return kNoSeries;
+    return anyShown;
 }
 
 void GraphWindowView::PickSeries(int series) {
