@@ -385,6 +385,7 @@ QWidget* GraphWindowView::BuildSelection() {
         }
     });
     m_files->viewport()->installEventFilter(this);
+    m_files->installEventFilter(this);
     connect(m_files, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
         if (m_files->row(item) == m_rowBeforePress) {
             Forward("File1", FromQt(item->text()));
@@ -556,6 +557,12 @@ bool GraphWindowView::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_files->viewport() && event->type() == QEvent::MouseButtonPress) {
         m_rowBeforePress = m_files->currentRow();
     }
+    // Backspace goes back from the list of days too, where it has no use of its own.
+    if (watched == m_files && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Backspace) {
+        GoBack();
+        return true;
+    }
     if (watched == m_canvas) {
         switch (event->type()) {
             case QEvent::MouseMove:
@@ -658,16 +665,26 @@ void GraphWindowView::ShowReadoutTip() {
 // ---- Scales, crosshair and zoom ---------------------------------------------------------------
 
 int GraphWindowView::ScaleSeries() const {
-    const int count = static_cast<int>(m_engine.member().series.size());
+    const GraphMember& member = m_engine.member();
+    const int count = static_cast<int>(member.series.size());
     if (m_picked >= 0 && m_picked < count && m_engine.ShowFlag(m_picked) == 1) {
         return m_picked;
     }
+    // Unpicked, the first channel shown: a meter's temperatures, of no channel, come first in
+    // its panel but are not what its chart is read for.
+    int anyShown = kNoSeries;
     for (int s = 0; s < count; ++s) {
-        if (m_engine.ShowFlag(s) == 1) {
+        if (m_engine.ShowFlag(s) != 1) {
+            continue;
+        }
+        if (member.series[static_cast<std::size_t>(s)].channel != 0) {
             return s;
         }
+        if (anyShown == kNoSeries) {
+            anyShown = s;
+        }
     }
-    return kNoSeries;
+    return anyShown;
 }
 
 void GraphWindowView::PickSeries(int series) {

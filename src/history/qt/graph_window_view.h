@@ -59,7 +59,7 @@ public:
     ChartFrame& chartFrame() { return *m_frame; }
     QSplitter& splitter() { return *m_splitter; }
     // The series whose values the left scale shows: the one picked in the series panel, or the
-    // first one shown when that one is not.
+    // first channel shown when that one is not.
     int ScaleSeries() const;
     void PickSeries(int series);
     // Zoom by the wheel or the keys: the time boxes change, then DisplayButton's operation

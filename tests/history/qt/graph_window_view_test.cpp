@@ -8,6 +8,8 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSplitter>
+#include <QStyle>
+#include <QStyleOptionButton>
 #include <QTest>
 #include <QWheelEvent>
 #include <set>
@@ -255,8 +257,25 @@ private slots:
         GraphWindowView& view = *desk.view;
         QCOMPARE(TimeLabels(view), (std::vector<std::string>{"00:00", "03:00", "06:00", "09:00",
                                                              "12:00", "15:00", "18:00", "21:00"}));
-        QVERIFY(!view.chartFrame().scales().vertical.empty());
+        QVERIFY(view.chartFrame().scales().vertical.title.starts_with("Battery V"));
         const int wholeDay = view.engine().RecordCount;
+
+        // A click on a series' name puts its values on the scale and keeps it shown; a click on
+        // its square hides it, and the scale goes to the first series still shown.
+        auto* mill2 = view.findChild<QCheckBox*>(QStringLiteral("CheckWatts2"));
+        QTest::mouseClick(mill2, Qt::LeftButton, {},
+                          QPoint(mill2->width() - 4, mill2->height() / 2));
+        QVERIFY(mill2->isChecked());
+        QCOMPARE(view.chartFrame().scales().vertical.title, std::string("Mill 2 W (W)"));
+        QCOMPARE(view.chartFrame().scales().vertical.ticks.back().label, std::string("1000"));
+        QStyleOptionButton option;
+        option.initFrom(mill2);
+        const QPoint square =
+            mill2->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, mill2).center();
+        QTest::mouseClick(mill2, Qt::LeftButton, {}, square);
+        QVERIFY(!mill2->isChecked());
+        QVERIFY(view.chartFrame().scales().vertical.title.starts_with("Battery V"));
+        QTest::mouseClick(mill2, Qt::LeftButton, {}, square);
 
         // Two notches at three quarters of the day: a quarter of it, around six in the evening.
         Wheel(view.canvas(), 0.75, 2);
