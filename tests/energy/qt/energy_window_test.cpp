@@ -1,6 +1,7 @@
 // The Energy window over generated logs: it reads behind a progress bar while the window's
-// thread goes on, cancels, keeps its tariff in options.cfg without touching a log or a configuration file, and
-// leaves pictures of a year in the build folder's screenshots/ (energy_*.png).
+// thread goes on, cancels, keeps its tariff in options.cfg without touching a log or a
+// configuration file, and leaves pictures of a year in the build folder's screenshots/
+// (energy_*.png).
 
 #include <QApplication>
 #include <QBarSet>
