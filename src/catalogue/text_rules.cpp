@@ -118,25 +118,35 @@ long InStr(std::string_view text, std::string_view what) {
         const std::size_t at = text.find(what);
         return at == std::string_view::npos ? 0 : static_cast<long>(at) + 1;
     }
-    // Every tag of a record begins with "<", so a search that stops at each "<" to compare the
-    // rest spends its time there: the second character is tested first, in place.
-    const char first = what[0];
-    const char second = what[1];
-    const char* const begin = text.data();
-    const char* const last = begin + (text.size() - what.size());
-    // Tags are short: the rest is compared in place as well.
+    // Every tag of a record begins with "<" and half of them with "</": a search that stops at
+    // each of those to compare the rest spends its time there. It jumps instead from one
+    // occurrence of the tag's first character that is none of "<", "/" and ">" (the "A" of
+    // "</A5>") to the next, and compares the whole tag around it in place.
+    std::size_t pivot = 0;
+    while (pivot < what.size() &&
+           (what[pivot] == '<' || what[pivot] == '/' || what[pivot] == '>')) {
+        ++pivot;
+    }
+    if (pivot == what.size()) {
+        pivot = 0;
+    }
     const std::size_t size = what.size();
-    for (const char* p = begin; p <= last; ++p) {
-        if (p[0] != first || p[1] != second) {
-            continue;
+    const std::size_t lastStart = text.size() - size;
+    std::size_t from = pivot;
+    while (from <= lastStart + pivot) {
+        const std::size_t at = text.find(what[pivot], from);
+        if (at == std::string_view::npos || at > lastStart + pivot) {
+            return 0;
         }
-        std::size_t k = 2;
+        const char* p = text.data() + (at - pivot);
+        std::size_t k = 0;
         while (k < size && p[k] == what[k]) {
             ++k;
         }
         if (k == size) {
-            return static_cast<long>(p - begin) + 1;
+            return static_cast<long>(at - pivot) + 1;
         }
+        from = at + 1;
     }
     return 0;
 }

@@ -24,6 +24,30 @@ TEST(TagReading, TagsAreWholeStringsWithTheirBrackets) {
               "7");
 }
 
+TEST(TagReading, TheSearchFindsTheFirstWholeOccurrenceAnywhere) {
+    struct Case {
+        const char* text;
+        const char* what;
+        long position;  // 1-based, 0 when absent
+    };
+    const Case cases[] = {
+        {"<A1>4.4</A1>", "<A1>", 1},
+        {"<A1>4.4</A1>", "</A1>", 8},
+        {"<A11>1</A11><A1>2</A1>", "<A1>", 13},  // "<A1" inside "<A11>" is no "<A1>"
+        {"<<A1>", "<A1>", 2},
+        {"x</A1", "</A1>", 0},  // cut short at the end
+        {"AAAA<AA>", "<AA>", 5},
+        {"<></>", "</>", 3},  // a tag of brackets alone
+        {"<V1>13.27</V1>", "V1", 2},
+        {"ab", "abc", 0},
+        {"", "<L>", 0},
+        {"<L>", "", 1},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(InStr(c.text, c.what), c.position) << c.text << " / " << c.what;
+    }
+}
+
 TEST(TagReading, FirstOccurrenceCountsAndBlanksStay) {
     EXPECT_EQ(ReadTagValue("<P> a b </P><P>2</P>", "<P>", "</P>"), " a b ");
     EXPECT_EQ(ReadTagValue("<W></W>", "<W>", "</W>"), "");

@@ -22,6 +22,7 @@
 #include <QLineSeries>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedBarSeries>
@@ -80,6 +81,17 @@ constexpr SpanRow kSpans[] = {{"Week", 7}, {"Month", 31}, {"Year", 366}};
 
 }  // namespace
 
+QString EnergyWindow::LegendName(const SlotLook& look) const {
+    // The first-run table calls every unused power channel "channel name": a legend tells them
+    // apart by their slot.
+    int same = 0;
+    for (int slot = 1; slot <= kPowerSlots; ++slot) {
+        same += m_model.Look(slot).name == look.name ? 1 : 0;
+    }
+    const QString name = Utf8(look.name);
+    return same > 1 ? QStringLiteral("%1 (W%2)").arg(name).arg(look.slot) : name;
+}
+
 QColor ChannelColour(std::int32_t colour) {
     return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
 }
@@ -100,7 +112,8 @@ EnergyWindow::EnergyWindow(SharedState& state, std::filesystem::path folder, Civ
     layout->addWidget(m_tabs, 1);
     layout->addWidget(BuildStatus());
     // Fits a 1366 × 768 screen with its panel and the window's frame.
-    resize(1180, 640);
+    const QSize fit = screen() != nullptr ? screen()->availableGeometry().size() * 0.95 : QSize();
+    resize(fit.isValid() ? QSize(1180, 640).boundedTo(fit) : QSize(1180, 640));
     Render();  // the period and its empty table until the logs are read
 
     auto* previous = new QShortcut(QKeySequence(Qt::Key_PageUp), this);
@@ -464,7 +477,7 @@ void EnergyWindow::RenderBars(const std::vector<PeriodEnergy>& periods) {
         m_model.stacked ? static_cast<QAbstractBarSeries*>(new QStackedBarSeries) : new QBarSeries;
     double top = 0;
     for (const SlotLook& look : m_model.SlotsShown(periods)) {
-        auto* set = new QBarSet(Utf8(look.name));
+        auto* set = new QBarSet(LegendName(look));
         set->setColor(ChannelColour(look.colour));
         set->setBorderColor(ChannelColour(look.colour).darker(130));
         for (const PeriodEnergy& p : periods) {
@@ -677,7 +690,7 @@ void EnergyWindow::RenderPower(const std::vector<PowerPoint>& points, const Civi
         }
         const SlotLook look = m_model.Look(slot);
         line.series = new QLineSeries;
-        line.series->setName(Utf8(look.name));
+        line.series->setName(LegendName(look));
         line.series->setPen(QPen(ChannelColour(look.colour), 1.2));
         chart->addSeries(line.series);
         line.series->attachAxis(time);

@@ -92,6 +92,7 @@ private:
     void Drill(int index);
     QString Tip(const PeriodEnergy& p) const;
     void StyleChart(QChart* chart) const;
+    QString LegendName(const SlotLook& look) const;
 
     SharedState& m_state;
     std::filesystem::path m_folder;
