@@ -1,13 +1,17 @@
 // What the graph windows cost on the desktop, on a logged BZ day of 9,999 records (as many as a
-// view holds) with all twelve series shown: a click on the day until the chart is painted, a
-// mouse move over the chart with its readouts written, and a repaint of the window. Offscreen.
+// view holds) with all twelve series shown and the scales on: a click on the day until the chart
+// and its scales are painted, a mouse move over the chart with its readouts and crosshair
+// painted, a wheel step that reads the log for the new range and paints it, and a repaint of the
+// window. Offscreen.
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
 #include <QListWidget>
 #include <QMouseEvent>
+#include <QWheelEvent>
 
+#include "history/qt/chart_frame.h"
 #include "support/history_desk.h"
 #include "ui/event_gate.h"
 
@@ -28,6 +32,7 @@ void BM_FileClickToPaintedChart(benchmark::State& state) {
     brizalog::PlotCanvas& plot = desk.view->canvas();
     for (auto _ : state) {
         brizalog::RunHandler([&] { desk.view->engine().Click("File1", desk.dayFile); });
+        desk.view->chartFrame().repaint();
         plot.repaint();
     }
     state.counters["records"] = desk.view->engine().RecordCount;
@@ -45,9 +50,29 @@ void BM_MouseMoveOverChart(benchmark::State& state) {
         QMouseEvent move(QEvent::MouseMove, at, plot.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
                          Qt::NoModifier);
         QApplication::sendEvent(&plot, &move);
+        // The strips of the old and new crosshair and its time label are painted.
+        QApplication::processEvents();
     }
 }
 BENCHMARK(BM_MouseMoveOverChart)->Unit(benchmark::kMicrosecond);
+
+void BM_WheelStepReadsAndPaints(benchmark::State& state) {
+    Desk desk;
+    brizalog::PlotCanvas& plot = desk.view->canvas();
+    bool in = true;
+    for (auto _ : state) {
+        // In to half the day around noon, and out again to the whole day: a read each.
+        const QPointF at(plot.width() / 2.0, plot.height() / 2.0);
+        QWheelEvent wheel(at, plot.mapToGlobal(at), {}, QPoint(0, in ? 120 : -120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&plot, &wheel);
+        desk.view->chartFrame().repaint();
+        plot.repaint();
+        in = !in;
+    }
+    state.counters["records"] = desk.view->engine().RecordCount;
+}
+BENCHMARK(BM_WheelStepReadsAndPaints)->Unit(benchmark::kMillisecond);
 
 void BM_RepaintWindowFromImage(benchmark::State& state) {
     Desk desk;

@@ -2,6 +2,7 @@
 #
 #   cmake --install build [--prefix DIR]   the programs in bin/, the menu entry, icon, metainfo,
 #                                          the user unit of the headless logger and the README
+#                                          with its screenshots, which is the manual
 #   make package                           build/brizalog_<version>_<arch>.deb (CPack)
 
 include(GNUInstallDirs)
@@ -21,7 +22,26 @@ install(FILES data/${BRIZALOG_APP_ID}.desktop DESTINATION ${CMAKE_INSTALL_DATADI
 install(FILES data/${BRIZALOG_APP_ID}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES data/brizalog.svg
     DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+
+# The user guide of Help > Brizalog manual is this README with its screenshots, which it names
+# as docs/NAME.png: installed in the documentation folder, and copied to manual/ beside the
+# program in a build, where the program looks first.
+target_compile_definitions(brizalog_app PRIVATE
+    BRIZALOG_INSTALL_DOCDIR="${CMAKE_INSTALL_FULL_DATADIR}/doc/brizalog")
+file(GLOB BRIZALOG_MANUAL_IMAGES CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR}
+    ${CMAKE_CURRENT_SOURCE_DIR}/docs/*.png)
+set(BRIZALOG_MANUAL_COPIES)
+foreach(source README.md ${BRIZALOG_MANUAL_IMAGES})
+    set(copy ${CMAKE_CURRENT_BINARY_DIR}/manual/${source})
+    add_custom_command(OUTPUT ${copy}
+        COMMAND ${CMAKE_COMMAND} -E copy_if_different ${CMAKE_CURRENT_SOURCE_DIR}/${source} ${copy}
+        DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${source})
+    list(APPEND BRIZALOG_MANUAL_COPIES ${copy})
+endforeach()
+add_custom_target(brizalog_manual ALL DEPENDS ${BRIZALOG_MANUAL_COPIES})
+add_dependencies(brizalog brizalog_manual)
 install(FILES README.md DESTINATION ${BRIZALOG_DOCDIR})
+install(DIRECTORY docs/ DESTINATION ${BRIZALOG_DOCDIR}/docs FILES_MATCHING PATTERN "*.png")
 
 # The user unit names the logger by its installed path, which is known only when installing:
 # the prefix of `cmake --install` or the /usr of the package.
@@ -57,8 +77,14 @@ install(FILES ${BRIZALOG_COMPRESSED} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME brizalog)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(BRIZALOG_MAINTAINER "Brizalog developers <developers@brizalog.invalid>" CACHE STRING
+set(BRIZALOG_MAINTAINER "Brizalog developers <brizalog@users.noreply.github.com>" CACHE STRING
     "The Maintainer of the Debian package: name and mail address")
+# A build folder configured before the package named a real maintainer still holds the
+# placeholder of that time in its cache; it gives way to the real address.
+if(BRIZALOG_MAINTAINER MATCHES "\\.invalid>$")
+    set(BRIZALOG_MAINTAINER "Brizalog developers <brizalog@users.noreply.github.com>" CACHE STRING
+        "The Maintainer of the Debian package: name and mail address" FORCE)
+endif()
 set(CPACK_PACKAGE_CONTACT "${BRIZALOG_MAINTAINER}")
 set(CPACK_PACKAGE_VENDOR "Brizalog")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "data logger for wind, solar and battery installations")

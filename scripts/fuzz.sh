@@ -9,7 +9,7 @@
 #                               (fuzz/regressions/HARNESS/), then FUZZ_RUNS (20000) inputs more;
 #                               for CI
 #
-# FUZZ_HARNESSES names the harnesses to run, all five by default: two runs with different
+# FUZZ_HARNESSES names the harnesses to run, all eight by default: two runs with different
 # harnesses use both cores of a two-core machine.
 #
 # Seeds come from the test fixtures: the frames of the scenario scripts, the configuration files
@@ -33,14 +33,16 @@ fi
 
 build=${FUZZ_BUILD_DIR:-build-fuzz}
 crashes=build/fuzz/crashes
-all=(serial_intake config_files log_replay log_loader help_viewer)
+all=(serial_intake config_files log_replay log_loader help_viewer csv_export spreadsheet_copy setup_forms)
 read -r -a harnesses <<<"${FUZZ_HARNESSES:-${all[*]}}"
-# The longest input worth trying: a serial event is at most 255 bytes, and a log's records
-# repeat, so longer inputs would only slow the search.
+# The longest input worth trying: a log's records repeat, and a form's fields are short, so
+# longer inputs would only slow the search. The serial intake takes events of up to 4 kB, and
+# inputs of several of them.
 max_len() {
     case $1 in
-        serial_intake) echo 2048 ;;
-        log_loader) echo 4096 ;;
+        serial_intake) echo 8192 ;;
+        log_loader | csv_export) echo 4096 ;;
+        setup_forms | spreadsheet_copy) echo 2048 ;;
         *) echo 8192 ;;
     esac
 }
@@ -68,7 +70,7 @@ frames=$(mktemp)
 trap 'rm -rf "$frames" "$seeds"' EXIT
 grep -rh '^serial ' tests/scenarios --include='*.script' | cut -d' ' -f2- | sort -u >"$frames"
 while IFS= read -r line; do
-    frame=$(printf '%b' "$line" | head -c 255)
+    frame=$(printf '%b' "$line" | head -c 254)
     case $frame in
         *"<msg>"*) types="3 4" ;;
         *"<V>"*) types="0" ;;
@@ -114,6 +116,8 @@ while IFS= read -r file; do
     esac
     seed log_replay "$type" "$file"
     seed log_loader "$member\\377\\100\\040" "$file"
+    # The member, collation and time boxes on, and the boxes "14", "00", "16", "30".
+    seed csv_export "$member\\003\\00214\\00200\\00216\\00230" "$file"
 done < <(find tests -name '*.txt' -path '*.before/logs/*')
 
 # Help topics and the text maker's source: the help files that a first start makes.
@@ -122,6 +126,25 @@ for file in tests/catalogue/fixtures/*.cfg; do
     seed help_viewer '\005' "$file"
 done
 printf 'A line of help\r\nwith "quotes" & more\r\n' >"$seeds/help_viewer/seed_text"
+
+# The spreadsheet copy: unattended or not, 10 s or 5 s, at 14:05:00, "m/s", zero readings, and
+# a file that is new, whole or torn.
+zeros='\000\000\000\000\000\000\000\000'
+readings=$zeros$zeros$zeros$zeros$zeros
+row='<tr><td>13.2</td><td>4</td><td>52.8</td><td>0</td><td>0</td><td><td><td>14:05:00</td></tr>\r\n\r\n'
+for flags in '\000' '\001' '\002' '\003'; do
+    for delay in '\000' '\001'; do
+        printf "$flags$delay\016\005\000\003m/s$readings$row<tr><td>1" \
+            >"$seeds/spreadsheet_copy/seed_$(printf "$flags$delay" | od -An -tx1 | tr -d ' ')"
+    done
+done
+
+# The setup forms: the program setup, the four channel forms and the calibration, each with a
+# few fields typed: an interval, a wind caption, names and tags, a limit, a factor.
+for form in 0 1 2 3 4 5; do
+    printf "\\00$form\\002\\00230\\003\\003m/s\\010\\005BATT1\\011\\003<V>\\012\\00532767\\000\\0040.15\\005\\000" \
+        >"$seeds/setup_forms/seed_$form"
+done
 
 # ---- Runs ---------------------------------------------------------------------------------
 mkdir -p "$crashes"

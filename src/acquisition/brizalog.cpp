@@ -7,6 +7,7 @@
 #include "catalogue/control_names.h"
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
+#include "catalogue/options.h"
 #include "catalogue/provisioning.h"
 #include "catalogue/system_types.h"
 #include "catalogue/text_rules.h"
@@ -36,6 +37,8 @@ int TimerInterval(double seconds) {
 
 Brizalog::Brizalog(std::filesystem::path programFolder, Services services)
     : m_folder(std::move(programFolder)), m_services(services) {
+    // The windows made before the start-up already see the user's choices.
+    LoadOptions();
     m_timer1.SetHandler([this] {
         Timer1_Timer();
         if (m_observer != nullptr) {
@@ -75,6 +78,7 @@ Brizalog::~Brizalog() {
 void Brizalog::Form_Load() {
     // The splash makes any missing folder and file; the desktop program waits for its click.
     ProvisionProgramFolder(m_folder);
+    LoadOptions();
     m_timer1.Enable();
     LoadConfigFiles();
     m_model.caption = kWaitingForData;
@@ -137,6 +141,13 @@ void Brizalog::Form_Load() {
         LoadConfigFiles();
     } catch (const Failure&) {
         m_services.dialogs.ShowMessage(std::string(kPortMessage));
+    }
+}
+
+void Brizalog::LoadOptions() {
+    m_state.options = ReadOptions(m_folder);
+    if (m_optionsOverride) {
+        m_optionsOverride(m_state.options);
     }
 }
 
@@ -231,6 +242,14 @@ void Brizalog::OpenWindow(std::string_view name, bool modal) {
 // ---- Clicks --------------------------------------------------------------------------------
 
 bool Brizalog::Click(std::string_view name) {
+    for (const AddedMenuEntry& entry : kAddedMenuEntries) {
+        if (name == entry.name) {
+            if (Reachable(entry.parent)) {
+                OpenWindow(entry.window, false);
+            }
+            return true;
+        }
+    }
     std::string_view base;
     int index = -1;
     if (!SplitIndexedName(name, base, index)) {
@@ -288,6 +307,7 @@ bool Brizalog::ClickMenu(std::string_view name, int index) {
         {"previewLOGdata", "dataTOlog", false},
         {"rawFRAMEtext", "displayRAWdata", false},
         {"graphingDEMO", "GraphDEMO", true},
+        {"energyMENU", "Energy", false},
         {"Helpmenu", "info", true},
         {"about", "frmAbout", true},
     };
@@ -327,6 +347,12 @@ bool Brizalog::ClickMenu(std::string_view name, int index) {
     if (name == "CALIBRATIONmenu") {
         OpenWindow("CALIBRATION", true);
         LoadConfigFiles();
+        return true;
+    }
+    // Brizalog's own choices; they reach the running program when the window closes.
+    if (name == "optionsMENU") {
+        OpenWindow("Options", true);
+        LoadOptions();
         return true;
     }
     if (name == "startMENU") {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "acquisition/main_form_model.h"
 #include "catalogue/services.h"
 #include "catalogue/state.h"
+#include "logging/file_health.h"
 
 namespace brizalog {
 
@@ -65,6 +67,21 @@ public:
     void OpenPort();
     // The serial event: everything queued at the port is appended to ReceiveBuffer.
     void MSComm1_OnComm();
+
+    // Reads options.cfg into state().options, then lays the program's own overrides over it
+    // (the headless logger's choices). Runs at the start, before anything reads an option, and
+    // after the Options window has closed.
+    void LoadOptions();
+    // What LoadOptions lays over the file's choices; none by default.
+    void SetOptionsOverride(std::function<void(Options&)> override) {
+        m_optionsOverride = std::move(override);
+    }
+    // What the desktop program says when a failure of the serial event ends it: the platform's
+    // message, and, when the failure may be a CC128 message cut badly that the user could have
+    // chosen to skip, where that choice is.
+    std::string EndingMessage(const std::string& platformText) const;
+    // How many meter messages cut badly were skipped since the start (ContainMeterFailures).
+    long MeterFailuresContained() const { return m_meterFailuresContained; }
 
     // ---- Timers ----
     void Timer1_Timer();  // logging tick (logging/)
@@ -123,6 +140,9 @@ private:
     void CalculateChannels();
     void DecodeLoggerFrame();
     void DecodeMeterFrame();
+    // A failure of the 128 branch that the user chose to contain: LogOK turns red and a notice
+    // tells the time.
+    void ContainMeterFailure(const class Failure& failure);
     // One element of a frame into RawValue[index]: its start tag is tag `startTag` of `tags`,
     // its end tag the next one. A value that is not a number keeps the old reading and turns
     // LogOK red.
@@ -141,6 +161,10 @@ private:
     // logging/
     void StartLogging();
     void StopLogging();
+    // The choice that keeps an unattended logger logging: a first tick without data leaves
+    // logging armed, a logs folder that has gone is made again, and text without a frame end is
+    // held to a bound. On by default in the headless logger, off on the desktop.
+    bool KeepLoggingArmed() const;
     void ReplayTodaysLog();
 
     std::filesystem::path m_folder;
@@ -164,6 +188,7 @@ private:
         std::size_t m_scanned = 0;  // the buffer's first m_scanned bytes hold no whole marker
     };
     void ResetReceiveBuffer(std::string_view text);
+    void BoundReceiveBuffer();
 
     std::string m_receiveBuffer;
     MarkerSearch m_frameEnd{"]"};
@@ -191,10 +216,15 @@ private:
     };
     std::vector<PanelRow> m_panelRows[9];
     bool m_exitRequested = false;
+    std::function<void(Options&)> m_optionsOverride;
+    long m_meterFailuresContained = 0;
     FormObserver* m_observer = nullptr;
     int m_temperatureToggle1 = 0;  // Label3(0) in system 3: Max, then Min, then Max
     int m_temperatureToggle2 = 0;  // Label3(4) in system 4
     int m_intervalAssumed = 0;     // the replay counted a line without "<L>" as 10 seconds
+    FileHealth m_fileHealth;       // which of the logging files could not be written last
+    bool m_noDataTold = false;     // "NO DATA AVAILABLE YET" was told while logging stayed armed
+    bool m_dropTold = false;       // text without a frame end was dropped since the last frame
 };
 
 }  // namespace brizalog

@@ -12,6 +12,20 @@ namespace brizalog {
 // groups and cells, the indicators, the delay box, the Check1 box and every menu entry, each by
 // its own name. Control arrays are C arrays indexed as the system indexes them. The window layer
 // renders this model after each handler and forwards the user's events to the handlers.
+// Brizalog's own menu entries: each stands after the specified entries of its menu and opens a
+// window of Brizalog's own, without a modal wait. They are kept out of the model's controls and
+// menu tree, so that everything the main form is specified to show, and its dump, stays as it
+// is; an entry is reachable when its menu is.
+struct AddedMenuEntry {
+    std::string_view name;
+    std::string_view parent;  // the specified menu it stands in
+    std::string_view caption;
+    std::string_view window;
+};
+inline constexpr AddedMenuEntry kAddedMenuEntries[] = {
+    {"BrizalogManual", "Help", "Brizalog manual", "BrizalogManual"},
+};
+
 struct MainFormModel {
     MainFormModel();
     MainFormModel(const MainFormModel&) = delete;
@@ -71,6 +85,7 @@ struct MainFormModel {
     Control display[9];
     Control CALIBRATIONmenu;
     Control rawdatamenu;
+    Control optionsMENU;  // Brizalog's own choices, last in the Setup menu
     Control NOW;
     Control plot;
     Control plotwindmill1;
@@ -90,6 +105,7 @@ struct MainFormModel {
     Control graphingCC_QX;
     Control PlotGraphRE;
     Control PlotGraphML;
+    Control energyMENU;  // Brizalog's own: the Energy window, in every system type
     Control Help;
     Control Helpmenu;
     Control commInfohelp;

@@ -48,4 +48,19 @@ void FindComms::cbocomm_Click(int index) {
     m_settings.PortNumber = ParseNumber(m_model.SelectedPort.text);
 }
 
+bool FindComms::Click(std::string_view name) {
+    Control* button = nullptr;
+    if (name == "FindPORTS") {
+        button = &m_model.FindPORTS;
+    } else if (name == "ExitFindCOMM") {
+        button = &m_model.ExitFindCOMM;
+    } else {
+        return false;
+    }
+    if (button->enabled && button->visible) {
+        button == &m_model.FindPORTS ? FindPORTS_Click() : ExitFindCOMM_Click();
+    }
+    return true;
+}
+
 }  // namespace brizalog

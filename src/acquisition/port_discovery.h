@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "catalogue/control.h"
@@ -43,12 +44,19 @@ public:
     // Choosing entry `index` of cbocomm.
     void cbocomm_Click(int index);
     void ExitFindCOMM_Click() { m_closeRequested = true; }
+    // The close box of the title bar closes the window as "Exit" does; the last choice stands.
+    void TitleBarClose() { ExitFindCOMM_Click(); }
     bool CloseRequested() const { return m_closeRequested; }
+
+    // A click on "FindPORTS" or "ExitFindCOMM" by its name; a disabled button does nothing and
+    // gives true. False for any other name: an entry of cbocomm is chosen by cbocomm_Click.
+    bool Click(std::string_view name);
 
     FindCommsModel& model() { return m_model; }
     const FindCommsModel& model() const { return m_model; }
 
     static constexpr int kHighestPort = 16;
+    static constexpr std::string_view kWindow = "FindComms";
 
 private:
     Settings& m_settings;

@@ -1,6 +1,7 @@
 #include "app/desktop_dialogs.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QMessageBox>
 
@@ -9,11 +10,14 @@
 #include "acquisition/qt/platform.h"
 #include "displays/monitor_window.h"
 #include "displays/qt/monitor_view.h"
+#include "energy/qt/energy_window.h"
 #include "help/qt/about_window.h"
 #include "help/qt/help_window.h"
+#include "help/qt/manual_window.h"
 #include "history/qt/graph_window_view.h"
 #include "setup/qt/calibration_window.h"
 #include "setup/qt/channel_setup_window.h"
+#include "setup/qt/options_window.h"
 #include "setup/qt/program_setup_window.h"
 #include "setup/qt/small_input_window.h"
 #include "ui/qt_text.h"
@@ -87,6 +91,9 @@ const std::vector<DesktopDialogs::Opener>& DesktopDialogs::Openers() {
         {SmallInput::IsSmallInput, &DesktopDialogs::OpenSmallInput},
         {named(CalibrationForm::kWindow), &DesktopDialogs::OpenCalibration},
         {named(HelpViewer::kWindow), &DesktopDialogs::OpenHelp},
+        {named(ManualViewer::kWindow), &DesktopDialogs::OpenManual},
+        {named(OptionsForm::kWindow), &DesktopDialogs::OpenOptions},
+        {named("Energy"), &DesktopDialogs::OpenEnergy},
     };
     return openers;
 }
@@ -162,6 +169,28 @@ void DesktopDialogs::OpenMonitorWindow(std::string_view name) {
     view->show();
 }
 
+void DesktopDialogs::OpenEnergy(std::string_view name) {
+    if (QWidget* open = OpenMonitor(name)) {
+        open->raise();
+        open->activateWindow();
+        return;
+    }
+    if (!m_closeWatch && m_parent) {
+        m_closeWatch = std::make_unique<CloseWatch>([this] { CloseMonitors(); });
+        m_parent->installEventFilter(m_closeWatch.get());
+    }
+    const LocalDateTime now = m_form->clock().Now();
+    auto* window = new EnergyWindow(m_form->state(), m_form->programFolder(),
+                                    {now.year, now.month, now.day}, m_parent);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    m_monitors[std::string(name)] = window;
+    if (onWindowShown) {
+        onWindowShown(window);
+    }
+    window->show();
+    window->Load();
+}
+
 QWidget* DesktopDialogs::OpenMonitor(std::string_view name) const {
     const auto it = m_monitors.find(name);
     if (it == m_monitors.end() || it->second.isNull() || !it->second->isVisible()) {
@@ -201,6 +230,37 @@ void DesktopDialogs::OpenCalibration(std::string_view /*name*/) {
 
 void DesktopDialogs::OpenHelp(std::string_view /*name*/) {
     HelpWindow window(m_form->programFolder(), *this, Foremost());
+    window.Load();
+    Exec(window);
+}
+
+// The manual stands beside the main window rather than over it: one window, brought to the front
+// when asked for again. It is found beside the program in a build, else where it was installed.
+void DesktopDialogs::OpenManual(std::string_view /*name*/) {
+    if (m_manual) {
+        m_manual->raise();
+        m_manual->activateWindow();
+        return;
+    }
+#ifdef BRIZALOG_INSTALL_DOCDIR
+    const std::filesystem::path installed = BRIZALOG_INSTALL_DOCDIR;
+#else
+    const std::filesystem::path installed;
+#endif
+    const std::filesystem::path programDir = QCoreApplication::applicationDirPath().toStdString();
+    auto* window = new ManualWindow(ManualFolders(programDir, installed), m_parent);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->Load();
+    m_manual = window;
+    if (onWindowShown) {
+        onWindowShown(window);
+    }
+    window->show();
+}
+
+// Brizalog's own choices; the main form reads them again when the window has closed.
+void DesktopDialogs::OpenOptions(std::string_view /*name*/) {
+    OptionsWindow window(m_form->programFolder(), *this, Foremost());
     window.Load();
     Exec(window);
 }

@@ -62,9 +62,13 @@ private:
     void OpenSmallInput(std::string_view name);
     void OpenCalibration(std::string_view name);
     void OpenHelp(std::string_view name);
+    void OpenManual(std::string_view name);
+    void OpenOptions(std::string_view name);
     // Monitors are not modal: each opens beside the main window and stays until it is closed,
     // or until the main window closes, which closes them all.
     void OpenMonitorWindow(std::string_view name);
+    // The Energy window is not modal either, and closes with the main window as the monitors do.
+    void OpenEnergy(std::string_view name);
     void CloseMonitors();
     // The modal window on top, or the main window when none is up.
     QWidget* Foremost() const;
@@ -78,6 +82,7 @@ private:
     std::unique_ptr<TimerBackend> m_ownTimers;
     TimerBackend* m_timers = nullptr;
     std::map<std::string, QPointer<QWidget>, std::less<>> m_monitors;
+    QPointer<QWidget> m_manual;             // the manual, while it is open
     std::unique_ptr<QObject> m_closeWatch;  // closes the monitors with the main window
 };
 

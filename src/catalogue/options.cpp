@@ -22,8 +22,10 @@ const std::vector<OptionRow> kRows = {
      "longer ends the program: that message is skipped, LogOK turns red, the next one decodes."},
     {"KeepLoggingArmed", "Meters and logging", "Start logging again when data comes",
      OptionKind::Flag, "0",
-     "Logging that stopped because no frame had come by the first tick starts again with the "
-     "first frame; text beyond 1 MiB without a frame end is dropped."},
+     "Logging stays on when no frame has come by its first tick, and its records begin with "
+     "the first frame; a logs folder that has gone is made again; a record after a line cut "
+     "short by a power failure starts on a line of its own; text beyond 1 MiB without a frame "
+     "end is dropped."},
 
     // History windows.
     {"ChartScales", "History windows", "Scales around the history charts", OptionKind::Flag, "1",
@@ -133,6 +135,12 @@ void Options::Set(std::string_view tag, std::string value) {
     // A value is one line of the file: a line break would cut it.
     std::erase_if(value, [](char c) { return c == '\r' || c == '\n'; });
     m_values.insert_or_assign(std::string(tag), std::move(value));
+}
+
+void Options::Erase(std::string_view tag) {
+    if (const auto it = m_values.find(tag); it != m_values.end()) {
+        m_values.erase(it);
+    }
 }
 
 std::string Options::FileText() const {

@@ -56,6 +56,8 @@ public:
 
     void Set(std::string_view tag, std::string value);
     void SetFlag(std::string_view tag, bool on) { Set(tag, on ? "1" : "0"); }
+    // Forgets the tag's own value: the fallback holds again, and the file no longer names it.
+    void Erase(std::string_view tag);
 
     // The file's text: one line per stored value, the rows' tags in the table's order first.
     std::string FileText() const;

@@ -114,8 +114,31 @@ std::string Mid(std::string_view text, long start, long length) {
 }
 
 long InStr(std::string_view text, std::string_view what) {
-    const std::size_t at = text.find(what);
-    return at == std::string_view::npos ? 0 : static_cast<long>(at) + 1;
+    if (what.size() < 2 || text.size() < what.size()) {
+        const std::size_t at = text.find(what);
+        return at == std::string_view::npos ? 0 : static_cast<long>(at) + 1;
+    }
+    // Every tag of a record begins with "<", so a search that stops at each "<" to compare the
+    // rest spends its time there: the second character is tested first, in place.
+    const char first = what[0];
+    const char second = what[1];
+    const char* const begin = text.data();
+    const char* const last = begin + (text.size() - what.size());
+    // Tags are short: the rest is compared in place as well.
+    const std::size_t size = what.size();
+    for (const char* p = begin; p <= last; ++p) {
+        if (p[0] != first || p[1] != second) {
+            continue;
+        }
+        std::size_t k = 2;
+        while (k < size && p[k] == what[k]) {
+            ++k;
+        }
+        if (k == size) {
+            return static_cast<long>(p - begin) + 1;
+        }
+    }
+    return 0;
 }
 
 std::string ReadTagValue(std::string_view text, std::string_view open, std::string_view close) {

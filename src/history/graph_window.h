@@ -87,6 +87,10 @@ public:
     int ZoomLock = 0;
     bool LogFileFound = false;
     int ExtremeToggle = 0;
+    // The view the time chart last drew: a plain click moves ViewStart without drawing, and the
+    // scales around the chart follow the picture, not the moved position.
+    double drawnViewStart = 0;
+    double drawnViewEnd = 0;
     bool extremeToggleSet = false;  // Empty until the first extreme click
     int loadFlag = 0;               // GraphRE: 1 until the first read that keeps nothing
 
@@ -103,6 +107,9 @@ public:
     double ExtremeMin(int index) const { return m_min[static_cast<std::size_t>(index)]; }
     double RangeTop(int index) const { return m_top[static_cast<std::size_t>(index)]; }
     double RangeBottom(int index) const { return m_bottom[static_cast<std::size_t>(index)]; }
+    // The scale height of the series in the last time chart, and its line colour.
+    double SeriesHeight(int index) const { return m_height[static_cast<std::size_t>(index)]; }
+    std::int32_t SeriesColour(int index) const { return ColourOf(index); }
 
     // The state, the file list and every control as NAME and VALUE, for the scenario runner.
     std::vector<std::pair<std::string, std::string>> Dump() const;

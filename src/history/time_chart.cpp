@@ -37,6 +37,8 @@ void GraphWindow::TimeChart() {
     }
     Ctl("Label7").text = "Time";
     m_plot.Clear();
+    drawnViewStart = 0;
+    drawnViewEnd = 0;
     if (m_member.minimumSpan > 0) {
         if (!(ViewEnd - ViewStart > m_member.minimumSpan)) {
             m_dialogs.ShowMessage("Not enough data to plot");
@@ -123,6 +125,8 @@ void GraphWindow::TimeChart() {
     Ctl("Time2m").text = LastTwo(finishText);
 
     m_plot.SetScaleWidth(ViewEnd - ViewStart - 2);
+    drawnViewStart = ViewStart;
+    drawnViewEnd = ViewEnd;
     for (std::size_t s = 0; s < count; ++s) {
         const double range = m_top[s] - m_bottom[s];
         if (!(range > 0)) {

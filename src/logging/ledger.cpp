@@ -20,15 +20,7 @@ constexpr double kAssumedInterval = 10.0;
 // Replays below this stored interval are skipped: such logs are hourly, or close to it.
 constexpr double kLowestReplayedDelay = 9.0;
 
-// How a replayed line turns into energy, by system type.
-enum class ReplayRule {
-    None,
-    FixedTags,       // 0: "<I>" and "<V>", slot 1 only
-    AmpsTimesVolts,  // 1, 2, 5, 6: slots 1..8, amps × V1
-    DcAndMains,      // 7, 8: slots 1..4 amps × V1, slots 5..8 amps × 240
-    Metered,         // 3, 4: "<W1>".."<W6>" into slots 2..4 and 6..8
-};
-
+// The rule of each system type, 0 to 8.
 constexpr std::array<ReplayRule, kSystemTypeCount> kReplayRules{{
     ReplayRule::FixedTags,
     ReplayRule::AmpsTimesVolts,
@@ -128,6 +120,14 @@ void ReplayLine(std::string_view line, ReplayRule rule, double interval, SharedS
                 ReplayMeter(line, state, i, i + 2, i + 18, interval);
             }
             break;
+        case ReplayRule::LoggedWatts:
+            for (int i = 1; i <= 8; ++i) {
+                if (ReadChannel(line, state, i + 16, number)) {
+                    state.ChannelWatts[i] = number;
+                }
+                AddEnergy(state, i, interval);
+            }
+            break;
     }
 }
 
@@ -156,21 +156,29 @@ std::string ReplayLiteral(int systemType, const std::string& dateTag) {
     return literal;
 }
 
+ReplayRule ReplayRuleOf(int systemType) {
+    return IsKnownSystemType(systemType) ? kReplayRules[static_cast<std::size_t>(systemType)]
+                                         : ReplayRule::None;
+}
+
+bool ReplayLogLine(std::string_view line, ReplayRule rule, SharedState& state) {
+    double interval = 0;
+    const bool assumed = !ReadField(line, "<L>", "</L>", interval);
+    if (assumed) {
+        interval = kAssumedInterval;
+    }
+    ReplayLine(line, rule, interval, state);
+    return assumed;
+}
+
 bool ReplayLogText(std::string_view text, int systemType, SharedState& state) {
-    const ReplayRule rule = IsKnownSystemType(systemType)
-                                ? kReplayRules[static_cast<std::size_t>(systemType)]
-                                : ReplayRule::None;
+    const ReplayRule rule = ReplayRuleOf(systemType);
     const std::vector<std::string> lines = LinesOf(text);
     bool intervalAssumed = false;
     // Line 0, the day's first record, is left out, and so is the empty text behind the last
     // CR LF (or a last line that was cut short before its CR LF).
     for (std::size_t k = 1; k + 1 < lines.size(); ++k) {
-        double interval = 0;
-        if (!ReadField(lines[k], "<L>", "</L>", interval)) {
-            interval = kAssumedInterval;
-            intervalAssumed = true;
-        }
-        ReplayLine(lines[k], rule, interval, state);
+        intervalAssumed = ReplayLogLine(lines[k], rule, state) || intervalAssumed;
     }
     return intervalAssumed;
 }
@@ -202,8 +210,11 @@ void Brizalog::Timer3_Timer() {
     if (SecondsSinceMidnight(now) >= kRolloverWindowSeconds) {
         return;
     }
-    AppendToFile(InFolder(m_folder, kWhoursFile),
-                 RolloverRecord(dateTag, HoursMinutes(now), m_state));
+    const std::filesystem::path path = InFolder(m_folder, kWhoursFile);
+    const std::string record = RolloverRecord(dateTag, HoursMinutes(now), m_state);
+    const bool unattended = KeepLoggingArmed();
+    m_fileHealth.Write("whours", "the watt-hour record", path, unattended,
+                       [&] { AppendLine(path, record, unattended); });
     // Only the sums of slots 1..8 of SumValue go, not SumWatts nor GoodDataCount: the first
     // averages of the new day run low for channels 1 to 8. Nothing guards a second run inside
     // the window; it writes what has been added since the first.

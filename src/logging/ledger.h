@@ -29,6 +29,26 @@ std::string RolloverRecord(const std::string& dateTag, const std::string& time,
 // whose BZ and ML logs are not read), the date without the hour, ".txt".
 std::string ReplayLiteral(int systemType, const std::string& dateTag);
 
+// How a replayed line turns into energy.
+enum class ReplayRule {
+    None,
+    FixedTags,       // WD records: "<I>" and "<V>", slot 1 only
+    AmpsTimesVolts,  // slots 1..8, the amps of channels 1..8 × the volts of channel 9
+    DcAndMains,      // slots 1..4 amps × volts, slots 5..8 amps × 240
+    Metered,         // "<W1>".."<W6>" into slots 2..4 and 6..8
+    LoggedWatts,     // the watts of channels 17..24 into slots 1..8, as RE records hold them
+};
+
+// The rule of the start-up replay in system `systemType`. LoggedWatts is never one of them: the
+// replay of systems 5 to 8 looks for amps in their RE logs and finds none.
+ReplayRule ReplayRuleOf(int systemType);
+
+// One record of a log into the ledger: the interval from "<L>" (10 seconds when absent), the
+// volts of channel 9, then the slots of `rule`. A slot whose tag is missing keeps its last
+// power in ChannelWatts, which counts again for this line. Returns true when the interval was
+// assumed. A value that cannot be read is a Failure for the caller.
+bool ReplayLogLine(std::string_view line, ReplayRule rule, SharedState& state);
+
 // Adds a day's log text to WattHours and DailyExtreme, and leaves ChannelValue and ChannelWatts
 // with the values of the last lines walked. The lines walked are those from the second to the
 // last complete one: the first record of the day is never replayed. A line without "<L>"

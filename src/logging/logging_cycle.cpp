@@ -96,30 +96,45 @@ void Brizalog::Timer1_Timer() {
     if (s.LoggingActive == 1) {
         // The title changes on the first good frame; unchanged, nothing has ever arrived.
         if (m_model.caption == kWaitingForData) {
-            m_services.dialogs.ShowMessage(std::string(kNoDataYet));
-            StopLogging();
+            if (!KeepLoggingArmed()) {
+                m_services.dialogs.ShowMessage(std::string(kNoDataYet));
+                StopLogging();
+                return;
+            }
+            // A device that starts later than the logger, after a power cut or on a slow boot:
+            // logging stays started and its first record follows the first frame. Said once.
+            if (!m_noDataTold) {
+                m_noDataTold = true;
+                m_services.dialogs.ShowMessage(std::string(kNoDataYet));
+            }
             return;
         }
         s.LastLogTime = HoursMinutes(m_services.clock.Now());
+        // An unattended logger also mends what a power cut left: a missing logs folder, a
+        // torn last line.
+        const bool unattended = KeepLoggingArmed();
         for (const LogFile& file : LogFilesOf(s.settings.SystemType)) {
             // Each file is opened, appended to and closed here; one that cannot be written is
             // passed over and the next one still gets its record.
             Step([&] {
-                AppendToFile(InFolder(m_folder, LogFileLiteral(file.prefix, dateTag)),
-                             LogRecord(file, s.LastLogTime, s));
+                const std::filesystem::path path =
+                    InFolder(m_folder, LogFileLiteral(file.prefix, dateTag));
+                const std::string record = LogRecord(file, s.LastLogTime, s);
+                m_fileHealth.Write("log", "the log", path, unattended,
+                                   [&] { AppendLine(path, record, unattended); });
             });
         }
         if (s.settings.SaveExcel == 1) {
-            const std::string literal = SpreadsheetLiteral(dateTag);
+            const std::filesystem::path path = InFolder(m_folder, SpreadsheetLiteral(dateTag));
             Step([&] {
-                const std::filesystem::path path = InFolder(m_folder, literal);
                 if (!FileExists(path)) {
                     WriteWholeFile(path, SpreadsheetHeader(s.settings.WSUnits));
                 }
             });
             Step([&] {
                 const std::string row = SpreadsheetRow(s, LongTime(m_services.clock.Now()));
-                AppendToFile(InFolder(m_folder, literal), row);
+                m_fileHealth.Write("excel", "the spreadsheet copy", path, false,
+                                   [&] { AppendLine(path, row, unattended); });
             });
         }
     }
@@ -152,6 +167,10 @@ void Brizalog::Timer1_Timer() {
     }
     s.GoodDataCount = 0;
     m_timer1.Enable();
+}
+
+bool Brizalog::KeepLoggingArmed() const {
+    return m_state.options.Flag("KeepLoggingArmed");
 }
 
 void Brizalog::startMENU_Click() {

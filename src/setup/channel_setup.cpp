@@ -114,6 +114,13 @@ std::string ZeroLimitMessage() {
     return "there is an error with a maximum limit of zero\r\ncorrect the problem and try again";
 }
 
+std::string LimitRangeMessage(int channel, std::string_view name) {
+    return "the maximum limit of channel " + std::to_string(channel) + " (" + std::string(name) +
+           ") is outside the range " + std::to_string(std::numeric_limits<std::int16_t>::min()) +
+           " to " + std::to_string(std::numeric_limits<std::int16_t>::max()) +
+           "\r\ncorrect the problem and try again";
+}
+
 namespace {
 
 const ChannelSetup::Member& MemberOf(std::string_view window) {
@@ -372,16 +379,18 @@ void ChannelSetup::SaveSettings_Click() {
                 return;
             }
         }
-        // The file takes each row's colour and limit as the row shows them.
-        try {
-            for (int i = 1; i <= kChannelCount; ++i) {
-                written.LineColour[i] = m_model.rows[i].dataCHANNEL.foreColour;
-                written.MaxLimit[i] = Limit(ParseNumber(m_model.rows[i].MAXLimit.text));
+        // The file takes each row's colour and limit as the row shows them. A limit beyond the
+        // range of the file's numbers is named with its row, so the user can tell which box to
+        // correct; nothing is written, and the form stays open with the box as typed.
+        for (int i = 1; i <= kChannelCount; ++i) {
+            const ChannelRow& row = m_model.rows[i];
+            written.LineColour[i] = row.dataCHANNEL.foreColour;
+            try {
+                written.MaxLimit[i] = Limit(ParseNumber(row.MAXLimit.text));
+            } catch (const Failure&) {
+                m_dialogs.ShowMessage(LimitRangeMessage(i, row.dataCHANNEL.text));
+                return;
             }
-        } catch (const Failure&) {
-            // A limit beyond the range of the file's numbers: nothing is written, and the form
-            // stays open with the box as typed.
-            return;
         }
     }
     try {

@@ -111,5 +111,8 @@ private:
 
 // The message of a hardware save refused for a limit of zero.
 std::string ZeroLimitMessage();
+// The message of a hardware save refused for a limit that the channel table cannot hold (outside
+// -32768..32767 once rounded): it names the channel by number and by the name its row shows.
+std::string LimitRangeMessage(int channel, std::string_view name);
 
 }  // namespace brizalog

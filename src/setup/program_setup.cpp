@@ -1,5 +1,6 @@
 #include "setup/program_setup.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 
@@ -162,8 +163,44 @@ void ProgramSetup::SaveSettingsButton_Click() {
 }
 
 void ProgramSetup::Label7_Click() {
-    m_dialogs.OpenWindow("FindComms", true);
+    m_dialogs.OpenWindow(FindComms::kWindow, true);
     m_model.PortNumber.text = FormatGeneral(m_state.settings.PortNumber);
+}
+
+bool ProgramSetup::Click(std::string_view name) {
+    Control* control = m_model.controls.Find(name);
+    if (control == nullptr) {
+        return false;
+    }
+    if (!control->enabled || !control->visible) {
+        return true;
+    }
+    if (name == "SaveSettingsButton") {
+        SaveSettingsButton_Click();
+    } else if (name == "Exit_no_save") {
+        Exit_no_save_Click();
+    } else if (name == "Label7") {
+        Label7_Click();
+    } else if (control == &m_model.SaveExcel || control == &m_model.LogOn ||
+               control == &m_model.DisplayMessages) {
+        control->checked = !control->checked;
+    }
+    return true;
+}
+
+bool ProgramSetup::SetText(std::string_view name, std::string_view text) {
+    ProgramSetupModel& m = m_model;
+    Control* const typeable[] = {&m.PortNumber,      &m.BaudSelect, &m.LogDelay, &m.WSUnits,
+                                 &m.Personalization, &m.Cents[0],   &m.Cents[1], &m.Cents[2]};
+    Control* control = m.controls.Find(name);
+    if (control == nullptr ||
+        std::find(std::begin(typeable), std::end(typeable), control) == std::end(typeable)) {
+        return false;
+    }
+    if (control->enabled && control->visible) {
+        control->text = std::string(text);
+    }
+    return true;
 }
 
 }  // namespace brizalog

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "acquisition/port_discovery.h"
@@ -62,12 +63,23 @@ public:
     void Exit_no_save_Click() { m_closeRequested = true; }
     // "Find ALL PORTS": the port search, then the port field shows PortNumber as it now stands.
     void Label7_Click();
+    // The close box of the title bar leaves without saving, as the abort does.
+    void TitleBarClose() { Exit_no_save_Click(); }
+
+    // A click by the control's own name ("SaveSettingsButton", "Label7"): a check box turns
+    // over. A disabled or hidden control does nothing and gives true; false when the form has
+    // no such control.
+    bool Click(std::string_view name);
+    // Typing into a box or the free text of a list ("LogDelay", "Cents(1)"), which is also how
+    // a choice of its list is made; false when the form has no such box.
+    bool SetText(std::string_view name, std::string_view text);
 
     bool CloseRequested() const { return m_closeRequested; }
     ProgramSetupModel& model() { return m_model; }
     const ProgramSetupModel& model() const { return m_model; }
 
     static constexpr int kProbedPorts = 8;
+    static constexpr std::string_view kWindow = "ProgramSetup";
 
 private:
     SharedState& m_state;

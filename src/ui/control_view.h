@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -121,12 +122,16 @@ inline void ShowList(QComboBox* box, const Control& control,
     ShowState(box, control);
 }
 
-// A label that the user can click, as the cells of the main panel are.
+// A label that the user can click, as the cells of the main panel are. It is reached with Tab
+// like a button, clicked with Space or Enter, and shows a frame in the palette's highlight
+// while it has the focus.
 class ClickableLabel : public QLabel {
     Q_OBJECT
 
 public:
-    using QLabel::QLabel;
+    explicit ClickableLabel(QWidget* parent = nullptr) : QLabel(parent) {
+        setFocusPolicy(Qt::StrongFocus);
+    }
 
 signals:
     void clicked();
@@ -137,6 +142,23 @@ protected:
             emit clicked();
         }
         QLabel::mouseReleaseEvent(event);
+    }
+    void keyPressEvent(QKeyEvent* event) override {
+        const int key = event->key();
+        if ((key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter) &&
+            event->modifiers() == Qt::NoModifier) {
+            emit clicked();
+            return;
+        }
+        QLabel::keyPressEvent(event);
+    }
+    void paintEvent(QPaintEvent* event) override {
+        QLabel::paintEvent(event);
+        if (hasFocus()) {
+            QPainter painter(this);
+            painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+            painter.drawRect(rect().adjusted(1, 1, -1, -1));
+        }
     }
 };
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "catalogue/failure.h"
+#include "catalogue/files.h"
 
 namespace brizalog {
 
@@ -28,9 +29,9 @@ bool g_ending = false;
 void RenderAll();
 
 void ShowFailureBox(const std::string& message) {
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("Brizalog"),
-                    QString::fromLatin1(message.data(), static_cast<qsizetype>(message.size())),
-                    QMessageBox::Ok);
+    QString text = QString::fromLatin1(message.data(), static_cast<qsizetype>(message.size()));
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("Brizalog"), text, QMessageBox::Ok);
     box.exec();
 }
 
@@ -52,6 +53,11 @@ bool RunTrapped(const std::function<void()>& handler) {
     }
     try {
         handler();
+    } catch (const FileFailure& failure) {
+        // Which file, and why: a full disk at exit or at start is then plain to see.
+        EndWithFailure(std::string(failure.what()) + "\r\n" + failure.path().string() + ": " +
+                       failure.reason());
+        return false;
     } catch (const Failure& failure) {
         EndWithFailure(failure.what());
         return false;

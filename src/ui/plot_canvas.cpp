@@ -59,6 +59,7 @@ PlotCanvas::PlotCanvas(QWidget* parent) : QWidget(parent) {
 PlotCanvas::~PlotCanvas() = default;
 
 void PlotCanvas::Clear() {
+    ++m_clears;
     endPainting();
     m_kept.clear();
     m_kept.shrink_to_fit();
@@ -239,6 +240,14 @@ void PlotCanvas::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
     painter.drawImage(QPointF(0, 0), m_image);
+    if (m_overlay) {
+        m_overlay(painter);
+    }
+}
+
+void PlotCanvas::SetOverlay(std::function<void(QPainter&)> overlay) {
+    m_overlay = std::move(overlay);
+    update();
 }
 
 void PlotCanvas::resizeEvent(QResizeEvent* event) {

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -50,6 +51,13 @@ public:
     // False once the kept lines have been dropped for their number (see above).
     bool keepsLines() const { return m_keeping; }
     std::size_t keptLines() const { return m_kept.size(); }
+    // Counts the clears: a chart starts with one, so a changed count means another picture.
+    std::uint64_t clears() const { return m_clears; }
+
+    // Painted over the picture at each expose, in widget coordinates, and never into it: marks
+    // that follow the mouse or the window's choices (a grid, a crosshair) cost one small repaint
+    // and leave image() as the charts drew it. An empty overlay paints nothing.
+    void SetOverlay(std::function<void(QPainter&)> overlay);
 
     QSize sizeHint() const override { return {640, 360}; }
     QSize minimumSizeHint() const override { return {160, 90}; }
@@ -84,6 +92,8 @@ private:
     QPointF toScale(QPointF position) const;
 
     QImage m_image;
+    std::function<void(QPainter&)> m_overlay;
+    std::uint64_t m_clears = 0;
     std::unique_ptr<QPainter> m_painter;  // open while lines arrive, closed before each expose
     QPen m_pen;
     bool m_updateQueued = false;

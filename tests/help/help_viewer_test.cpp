@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "catalogue/virtual_platform.h"
 #include "help/help_viewer.h"
 #include "support/test_folder.h"
@@ -42,6 +44,12 @@ TEST_F(HelpTopics, AnUnreadableOrOverlongTopicShowsNothing) {
     for (int i = 0; i <= 1000; ++i) {
         lines += "line\r\n";
     }
+    // A folder, or a link to one, under the topic's name is a file that cannot be read.
+    std::filesystem::create_directories(folder.path() / "credits.cfg");
+    viewer.Click("credits");
+    EXPECT_TRUE(viewer.model().rows.empty());
+    std::filesystem::remove(folder.path() / "credits.cfg");
+
     folder.Write("credits.cfg", lines);  // 1002 pieces: one past the table
     viewer.Click("credits");
     EXPECT_TRUE(viewer.model().rows.empty());

@@ -5,6 +5,7 @@
 set -euo pipefail
 build=$1
 version=$2
+source=$(cd "$(dirname "$0")/../.." && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -27,6 +28,9 @@ dpkg-deb --info "$deb" >/dev/null || fail "dpkg-deb cannot read the package"
 [ "$(dpkg-deb --field "$deb" Package)" = brizalog ] || fail "Package field"
 [ "$(dpkg-deb --field "$deb" Version)" = "$version" ] || fail "Version field"
 [ "$(dpkg-deb --field "$deb" Architecture)" = "$arch" ] || fail "Architecture field"
+maintainer=$(dpkg-deb --field "$deb" Maintainer)
+grep -Eq '^[^<>]+ <[^<>@ ]+@[^<>@ ]+\.[a-z]+>$' <<<"$maintainer" && ! grep -q '\.invalid>' <<<"$maintainer" ||
+    fail "Maintainer field is no real name and mail address: $maintainer"
 depends=$(dpkg-deb --field "$deb" Depends)
 # The names of the packages depended on, one a line, without their versions.
 names=$(tr ',' '\n' <<<"$depends" | sed -e 's/^ *//' -e 's/ .*//')
@@ -51,10 +55,24 @@ for file in share/applications/org.brizalog.Brizalog.desktop \
     share/doc/brizalog/README.md share/doc/brizalog/copyright share/doc/brizalog/changelog.gz; do
     has -rw-r--r-- "usr/$file"
 done
+# The manual: the README and every screenshot that it shows.
+for image in $(grep -o 'docs/[A-Za-z0-9_.-]*\.png' "$source/README.md" | sort -u); do
+    has -rw-r--r-- "usr/share/doc/brizalog/$image"
+done
 ! grep -Eq '\./(usr/local|home|root|tmp)/' <<<"$contents" || fail "files outside /usr"
 
 dpkg-deb -x "$deb" "$work/root"
 root=$work/root/usr
+
+# One licence everywhere: the LICENSE file is the GPL version 3, which the copyright file and
+# the metainfo give as version 3 or later.
+[ ! -f /usr/share/common-licenses/GPL-3 ] || cmp -s "$source/LICENSE" /usr/share/common-licenses/GPL-3 ||
+    fail "LICENSE is not the text of the GNU GPL version 3"
+grep -qx 'License: GPL-3+' "$root/share/doc/brizalog/copyright" ||
+    fail "the copyright file does not give the licence GPL-3+"
+grep -q '<project_license>GPL-3.0-or-later</project_license>' \
+    "$root/share/metainfo/org.brizalog.Brizalog.metainfo.xml" ||
+    fail "the metainfo does not give the licence GPL-3.0-or-later"
 file "$root/bin/brizalog-logger" | grep -q ', stripped' || fail "the programs are not stripped"
 grep -qx 'ExecStart=/usr/bin/brizalog-logger' "$root/lib/systemd/user/brizalog-logger.service" ||
     fail "the user unit does not start /usr/bin/brizalog-logger"

@@ -68,6 +68,38 @@ TEST_F(ChannelForms, HardwareSaveIsRefusedForAnyLimitThatReadsAsZero) {
     EXPECT_NE(folder.Read("channels.cfg").find("<M2>20</M2>"), std::string::npos);
 }
 
+// A limit that the channel table cannot hold used to make the save do nothing without a word.
+TEST_F(ChannelForms, HardwareSaveNamesTheRowWhoseLimitIsOutOfRange) {
+    struct Case {
+        const char* typed;
+        bool saved;
+    };
+    const Case cases[] = {
+        {"32767", true},   {"-32768", true},   {"32767.4", true}, {"32768", false},
+        {"-32769", false}, {"32767.5", false}, {"1e9", false},
+    };
+    state.settings.SystemType = 1;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.typed);
+        dialogs.messages.clear();
+        ChannelSetup form("setupHARDWAREchannels", state, folder.path(), dialogs);
+        form.Form_Load();
+        form.SetText("MAXLimit(9)", c.typed);
+        const std::string before = folder.Read("channels.cfg");
+        form.SaveSettings_Click();
+        EXPECT_EQ(form.CloseRequested(), c.saved);
+        if (c.saved) {
+            EXPECT_TRUE(dialogs.messages.empty());
+            continue;
+        }
+        ASSERT_EQ(dialogs.messages.size(), 1u);
+        EXPECT_EQ(dialogs.messages[0],
+                  "the maximum limit of channel 9 (SYSTEM VOLTS) is outside the range -32768 to "
+                  "32767\r\ncorrect the problem and try again");
+        EXPECT_EQ(folder.Read("channels.cfg"), before);
+    }
+}
+
 TEST_F(ChannelForms, HardwareOpeningLetsThePresenceFlagDecideAndKeepsEnableLogging) {
     Table([](ChannelTable& t) {
         t.enableLOGGING[13] = 0;    // present, yet not logged: the box shows presence

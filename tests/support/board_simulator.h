@@ -24,13 +24,18 @@ public:
             .filePath(QStringLiteral("ports/COM%1").arg(m_port));
     }
 
+    // Options beyond the port, type and rate, such as a meter's "--chunks 32-128".
+    void AddArguments(const QStringList& arguments) { m_extra += arguments; }
+
     // Starts the simulator and waits until its link is there.
     bool Start() {
         m_process.setProgram(Program());
-        m_process.setArguments({QStringLiteral("--folder"), QString::fromStdString(m_folder),
-                                QStringLiteral("--port"), QString::number(m_port),
-                                QStringLiteral("--system"), QString::number(m_system),
-                                QStringLiteral("--rate"), QString::number(m_rate)});
+        m_process.setArguments(QStringList{QStringLiteral("--folder"),
+                                           QString::fromStdString(m_folder),
+                                           QStringLiteral("--port"), QString::number(m_port),
+                                           QStringLiteral("--system"), QString::number(m_system),
+                                           QStringLiteral("--rate"), QString::number(m_rate)} +
+                               m_extra);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start();
         if (!m_process.waitForStarted(5000)) {
@@ -56,6 +61,7 @@ private:
     int m_port;
     int m_system;
     double m_rate;
+    QStringList m_extra;
     QProcess m_process;
 };
 

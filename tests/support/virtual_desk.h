@@ -60,7 +60,7 @@ struct VirtualDesk {
     // Text arrives at the port and the serial event runs.
     void Receive(const std::string& text) {
         serial.Queue(text);
-        form->MSComm1_OnComm();
+        window->ReceiveSerial();
         window->Render();
     }
 

@@ -1,13 +1,22 @@
 // brizalog-boardsim: a logger board or a Current Cost meter on a pseudo-terminal.
 //
 //   brizalog-boardsim --folder DIR [--port N] [--system T] [--rate FRAMES_PER_S]
+//                     [--meter classic|cc128] [--sensors 0,1,9] [--fahrenheit]
+//                     [--chunks MIN-MAX] [--drop P] [--seed S]
 //                     [--provision | --provision-only] [--count]
+//   brizalog-boardsim --script SECONDS [--start "YYYY-MM-DD HH:MM:SS"] [--system T] ...
 //
 // Makes a pseudo-terminal, links it as DIR/ports/COMN (N is 3 unless told), and sends frames of
 // system type T until it is stopped (SIGINT or SIGTERM), when it removes its link again. Without
 // --system it follows the SystemType of DIR/hardware.cfg, so a layout chosen in Brizalog's menu
 // gets its own frames within seconds. --provision first makes whatever folder and file of DIR is
 // missing, as the splash of Brizalog does at each start; --provision-only does that alone.
+//
+// In types 3 and 4 it is a Current Cost meter: every 6 seconds (or --rate cycles a second) the
+// house's message and the appliance sensors' right behind it, with the CC128's history bursts at
+// odd hours, at the meter's line speed. --chunks hands the text over in pieces, as a USB adapter
+// does, and --drop loses bytes, as a poor line does. --script writes the same stream, from the
+// time of --start on, as `serial` and `wait` lines of the scenario runner instead.
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -15,6 +24,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -25,18 +35,26 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "catalogue/config_files.h"
 #include "catalogue/files.h"
 #include "catalogue/provisioning.h"
 #include "catalogue/text_rules.h"
 #include "installation.h"
+#include "meter.h"
 
 namespace fs = std::filesystem;
 using brizalog::boardsim::ComposeFrame;
 using brizalog::boardsim::Installation;
+using brizalog::boardsim::Meter;
+using brizalog::boardsim::MeterModel;
+using brizalog::boardsim::MeterSetup;
+using brizalog::boardsim::MeterTime;
+using brizalog::boardsim::SerialLine;
 
 namespace {
 
@@ -80,12 +98,43 @@ struct Options {
     bool provision = false;
     bool provisionOnly = false;
     bool count = false;  // report the frames sent when stopped
+    bool rateGiven = false;
+    std::optional<MeterModel> meter;  // by default the Classic in type 3, the CC128 in type 4
+    std::optional<std::vector<int>> sensors;
+    bool fahrenheit = false;
+    int minChunk = 0;  // 0: each frame or meter cycle in one write
+    int maxChunk = 0;
+    double drop = 0;
+    unsigned seed = 20260307;
+    double scriptSeconds = 0;  // above 0: write a runner script instead of a terminal
+    std::string start = "2026-03-07 13:00:00";
 };
+
+// "0,1,9": sensors 0 to 9, each once.
+std::vector<int> ParseSensors(const std::string& text) {
+    std::vector<int> sensors;
+    std::size_t at = 0;
+    while (at <= text.size()) {
+        const std::size_t comma = std::min(text.find(',', at), text.size());
+        const int sensor = std::stoi(text.substr(at, comma - at));
+        if (sensor < 0 || sensor > 9 ||
+            std::find(sensors.begin(), sensors.end(), sensor) != sensors.end()) {
+            throw std::invalid_argument("sensor");
+        }
+        sensors.push_back(sensor);
+        at = comma + 1;
+    }
+    return sensors;
+}
 
 [[noreturn]] void Usage(const std::string& problem) {
     std::cerr << "brizalog-boardsim: " << problem << "\n"
               << "usage: brizalog-boardsim --folder DIR [--port N] [--system T] "
-                 "[--rate FRAMES_PER_S] [--provision | --provision-only] [--count]\n";
+                 "[--rate FRAMES_PER_S] [--meter classic|cc128] [--sensors 0,1,9] [--fahrenheit] "
+                 "[--chunks MIN-MAX] [--drop P] [--seed S] [--provision | --provision-only] "
+                 "[--count]\n"
+              << "       brizalog-boardsim --script SECONDS [--start \"YYYY-MM-DD HH:MM:SS\"] "
+                 "[--system T] [the meter and line options]\n";
     std::exit(2);
 }
 
@@ -108,6 +157,37 @@ Options ParseOptions(int argc, char** argv) {
                 options.systemType = std::stoi(value());
             } else if (arg == "--rate") {
                 options.rate = std::stod(value());
+                options.rateGiven = true;
+            } else if (arg == "--meter") {
+                const std::string model = value();
+                if (model != "classic" && model != "cc128") {
+                    Usage("--meter is classic or cc128");
+                }
+                options.meter = model == "classic" ? MeterModel::Classic : MeterModel::CC128;
+            } else if (arg == "--sensors") {
+                options.sensors = ParseSensors(value());
+            } else if (arg == "--fahrenheit") {
+                options.fahrenheit = true;
+            } else if (arg == "--chunks") {
+                const std::string range = value();
+                const std::size_t dash = range.find('-');
+                options.minChunk = std::stoi(range.substr(0, dash));
+                options.maxChunk = dash == std::string::npos ? options.minChunk
+                                                             : std::stoi(range.substr(dash + 1));
+                if (options.minChunk < 1 || options.maxChunk < options.minChunk) {
+                    Usage("--chunks needs MIN-MAX with 1 <= MIN <= MAX");
+                }
+            } else if (arg == "--drop") {
+                options.drop = std::stod(value());
+                if (!(options.drop >= 0 && options.drop < 1)) {
+                    Usage("--drop is a probability from 0 to below 1");
+                }
+            } else if (arg == "--seed") {
+                options.seed = static_cast<unsigned>(std::stoul(value()));
+            } else if (arg == "--script") {
+                options.scriptSeconds = std::stod(value());
+            } else if (arg == "--start") {
+                options.start = value();
             } else if (arg == "--provision") {
                 options.provision = true;
             } else if (arg == "--count") {
@@ -122,7 +202,7 @@ Options ParseOptions(int argc, char** argv) {
             Usage("bad value for " + arg);
         }
     }
-    if (options.folder.empty()) {
+    if (options.folder.empty() && options.scriptSeconds <= 0) {
         Usage("--folder is required");
     }
     if (options.port < 1 || options.port > 255) {
@@ -150,17 +230,103 @@ int ConfiguredSystemType(const fs::path& folder, int fallback) {
     }
 }
 
-double HourOfDay() {
+std::tm LocalNow() {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
+    return local;
+}
+
+double HourOfDay() {
+    const std::tm local = LocalNow();
     return local.tm_hour + local.tm_min / 60.0 + local.tm_sec / 3600.0;
+}
+
+bool IsMeter(int systemType) {
+    return systemType == 3 || systemType == 4;
+}
+
+MeterSetup MeterFor(const Options& options, int systemType) {
+    MeterSetup setup;
+    setup.model = options.meter.value_or(systemType == 3 ? MeterModel::Classic : MeterModel::CC128);
+    // Type 4 tells sensors 9 and 0 apart: both speak unless told otherwise.
+    setup.sensors =
+        options.sensors.value_or(systemType == 4 ? std::vector<int>{0, 9} : std::vector<int>{0});
+    setup.fahrenheit = options.fahrenheit;
+    return setup;
+}
+
+// Seconds between two meter cycles: the meter's own 6, unless --rate asks for a faster stream.
+double MeterPeriod(const Options& options) {
+    return options.rateGiven ? 1.0 / options.rate : 6.0;
+}
+
+// A piece as the runner's `serial` reads it back: CR, LF, tab, backslash and other control
+// characters escaped.
+std::string ScriptText(const std::string& piece) {
+    std::string text;
+    for (const char c : piece) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\r') {
+            text += "\\r";
+        } else if (c == '\n') {
+            text += "\\n";
+        } else if (c == '\\') {
+            text += "\\\\";
+        } else if (byte < 0x20 || byte == 0x7F) {
+            char hex[8];
+            std::snprintf(hex, sizeof hex, "\\x%02X", byte);
+            text += hex;
+        } else {
+            text += c;
+        }
+    }
+    return text;
+}
+
+// The stream of --script: what the meter (or board) sends from --start on, as runner lines.
+// Every burst is sent at its instant; the runner's clock moves on between bursts.
+int WriteScript(const Options& options) {
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    if (std::sscanf(options.start.c_str(), "%d-%d-%d %d:%d:%d", &year, &month, &day, &hour, &minute,
+                    &second) != 6) {
+        Usage("--start needs YYYY-MM-DD HH:MM:SS");
+    }
+    const int systemType = options.systemType.value_or(4);
+    const bool meter = IsMeter(systemType);
+    const double period = meter ? MeterPeriod(options) : 1.0 / options.rate;
+    Installation plant(options.seed);
+    Meter speaker(MeterFor(options, systemType), options.seed);
+    SerialLine line(options.minChunk > 0 ? options.minChunk : 1 << 30,
+                    options.maxChunk > 0 ? options.maxChunk : 1 << 30, options.drop, options.seed);
+    long frameNumber = 0;
+    for (double t = 0; t < options.scriptSeconds; t += period) {
+        const long clock = hour * 3600L + minute * 60L + second + std::lround(t);
+        const MeterTime time{89 + static_cast<int>(clock / 86400),
+                             static_cast<int>(clock / 3600 % 24), static_cast<int>(clock / 60 % 60),
+                             static_cast<int>(clock % 60)};
+        plant.Advance(period, time.hour + time.minute / 60.0);
+        const std::string burst =
+            meter ? speaker.Cycle(plant, time)
+                  : ComposeFrame(plant, systemType, frameNumber % 2 == 0 ? 9 : 0);
+        ++frameNumber;
+        if (t > 0) {
+            std::cout << "wait " << period << "\n";
+        }
+        for (const std::string& piece : line.Deliver(burst)) {
+            std::cout << "serial " << ScriptText(piece) << "\n";
+        }
+    }
+    return 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     const Options options = ParseOptions(argc, argv);
+    if (options.scriptSeconds > 0) {
+        return WriteScript(options);
+    }
     std::error_code error;
     fs::create_directories(options.folder, error);
     if (options.provision) {
@@ -184,12 +350,20 @@ int main(int argc, char** argv) {
         std::cerr << "brizalog-boardsim: cannot open " << slaveName << "\n";
         return 1;
     }
-    termios raw{};
-    tcgetattr(slave, &raw);
-    cfmakeraw(&raw);
-    cfsetispeed(&raw, B4800);
-    cfsetospeed(&raw, B4800);
-    tcsetattr(slave, TCSANOW, &raw);
+    // The line speed of the device: a pseudo-terminal does not slow down for it, so the meter
+    // paces its own pieces (below).
+    const auto setSpeed = [slave](int systemType, const Options& options) {
+        termios raw{};
+        tcgetattr(slave, &raw);
+        cfmakeraw(&raw);
+        const int baud = IsMeter(systemType)
+                             ? brizalog::boardsim::LineSpeed(MeterFor(options, systemType).model)
+                             : 4800;
+        const speed_t speed = baud == 57600 ? B57600 : baud == 9600 ? B9600 : B4800;
+        cfsetispeed(&raw, speed);
+        cfsetospeed(&raw, speed);
+        tcsetattr(slave, TCSANOW, &raw);
+    };
     fcntl(master, F_SETFL, fcntl(master, F_GETFL) | O_NONBLOCK);
 
     // Link it as DIR/ports/COMN, replacing a link left by an earlier simulator, never a link
@@ -227,7 +401,9 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
 
     std::cout << "brizalog-boardsim: " << link.string() << " -> " << slaveName << ", "
-              << options.rate << " frames/s, system "
+              << (IsMeter(options.systemType.value_or(-1)) ? MeterPeriod(options)
+                                                           : 1.0 / options.rate)
+              << " s between frames or meter cycles, system "
               << (options.systemType ? std::to_string(*options.systemType)
                                      : std::string("of hardware.cfg"))
               << std::endl;
@@ -237,10 +413,13 @@ int main(int argc, char** argv) {
     prctl(PR_SET_TIMERSLACK, 1000UL);
 
     Installation plant;
-    const auto period = std::chrono::duration<double>(1.0 / options.rate);
     auto next = std::chrono::steady_clock::now();
     auto nextConfigRead = next;
     int systemType = options.systemType.value_or(ConfiguredSystemType(options.folder, 0));
+    int meterType = -1;  // the type the meter below was made for
+    std::optional<Meter> meter;
+    SerialLine line(options.minChunk > 0 ? options.minChunk : 1 << 30,
+                    options.maxChunk > 0 ? options.maxChunk : 1 << 30, options.drop, options.seed);
     long frameNumber = 0;
     long sent = 0;           // frames written whole
     long dropped = 0;        // frames a full terminal refused
@@ -257,10 +436,23 @@ int main(int argc, char** argv) {
             systemType = ConfiguredSystemType(options.folder, systemType);
             nextConfigRead = now + std::chrono::seconds(2);
         }
-        plant.Advance(period.count(), HourOfDay());
-        // The 128 meter speaks for its two sensors in turn.
-        const int sensor = frameNumber % 2 == 0 ? 9 : 0;
-        const std::string frame = ComposeFrame(plant, systemType, sensor);
+        if (systemType != meterType) {
+            meterType = systemType;
+            setSpeed(systemType, options);
+            meter.emplace(MeterFor(options, systemType), options.seed);
+        }
+        const bool isMeter = IsMeter(systemType);
+        const double seconds = isMeter ? MeterPeriod(options) : 1.0 / options.rate;
+        const auto period = std::chrono::duration<double>(seconds);
+        plant.Advance(seconds, HourOfDay());
+        std::string frame;
+        if (isMeter) {
+            const std::tm local = LocalNow();
+            frame = meter->Cycle(plant,
+                                 {89 + local.tm_yday, local.tm_hour, local.tm_min, local.tm_sec});
+        } else {
+            frame = ComposeFrame(plant, systemType, frameNumber % 2 == 0 ? 9 : 0);
+        }
         ++frameNumber;
 
         // Nobody reading for a second: drop what has piled up, so that a port opened later
@@ -283,12 +475,34 @@ int main(int argc, char** argv) {
                 lastQueued = 0;
             }
         }
-        // One write per frame; a full terminal drops the frame, as a board would.
-        const ssize_t written = write(master, frame.data(), frame.size());
-        if (written < 0 && errno != EAGAIN) {
+        // One write per frame, or per piece of the adapter, each after the line time of the one
+        // before; a full terminal drops the rest of the frame, as a board would.
+        const std::vector<std::string> pieces = options.minChunk > 0 || options.drop > 0
+                                                    ? line.Deliver(frame)
+                                                    : std::vector<std::string>{frame};
+        const double bytesPerSecond =
+            (isMeter ? brizalog::boardsim::LineSpeed(meter->model()) : 4800) / 10.0;
+        bool whole = true;
+        bool broken = false;
+        for (std::size_t i = 0; i < pieces.size() && !g_stop; ++i) {
+            if (i > 0) {
+                std::this_thread::sleep_for(
+                    std::chrono::duration<double>(pieces[i - 1].size() / bytesPerSecond));
+            }
+            const ssize_t written = write(master, pieces[i].data(), pieces[i].size());
+            if (written < 0 && errno != EAGAIN) {
+                broken = true;
+                break;
+            }
+            if (written != static_cast<ssize_t>(pieces[i].size())) {
+                whole = false;
+                break;
+            }
+        }
+        if (broken) {
             break;
         }
-        if (written == static_cast<ssize_t>(frame.size())) {
+        if (whole) {
             ++sent;
             recent.Written(frame.size());
         } else {

@@ -82,7 +82,7 @@ int main(int argc, char* argv[]) {
     }
     const std::filesystem::path folder = argv[1];
     const int seconds = std::stoi(argv[2]);
-    SetDiskSync(SyncFileToDisk);
+    UsePlatformFiles();
     SetFailureTeller([](const std::string& message) { std::cerr << "fatal: " << message << "\n"; });
 
     DesktopClock clock;

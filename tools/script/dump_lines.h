@@ -87,4 +87,21 @@ private:
     std::vector<bool> m_used;
 };
 
+// Prints the items of a window's dump, given as (NAME, VALUE) pairs in their order, that the
+// words `names` select as DumpLines does; all of them when there are no words. A word that
+// selects nothing is a mistake in the script.
+template <typename Items>
+void PrintSelected(std::string_view window, const Items& items,
+                   const std::vector<std::string_view>& names, RunContext& run) {
+    DumpLines out(run.printer, names);
+    for (const auto& [name, value] : items) {
+        out.Text(name, value);
+    }
+    const std::string_view unused = out.Unused();
+    if (!unused.empty()) {
+        throw ScriptError("dump: window " + std::string(window) + " has nothing called \"" +
+                          std::string(unused) + "\"");
+    }
+}
+
 }  // namespace brizalog::script

@@ -35,6 +35,7 @@ void ScriptRunner::DumpForm(const std::vector<std::string_view>& filter) {
     out.Text("ReceiveBuffer", form.ReceiveBuffer());
     out.Text("LoggerFrame", form.LoggerFrame());
     out.Text("MeterFrame", form.MeterFrame());
+    out.Number("MeterFailuresContained", static_cast<double>(form.MeterFailuresContained()));
 
     out.Number("SystemType", settings.SystemType);
     out.Number("PortNumber", settings.PortNumber);

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "catalogue/text_rules.h"
+#include "dump_lines.h"
 #include "history/graph_windows.h"
 
 namespace brizalog::script {
@@ -70,10 +71,11 @@ public:
         }
     }
 
-    void Dump(std::string_view window, RunContext& run) override {
-        for (const auto& [name, value] : Windows(run).Window(window).Dump()) {
-            run.printer.Value(name, value);
-        }
+    void Dump(std::string_view window, RunContext& run) override { DumpNamed(window, {}, run); }
+
+    void DumpNamed(std::string_view window, const std::vector<std::string_view>& names,
+                   RunContext& run) override {
+        PrintSelected(window, Windows(run).Window(window).Dump(), names, run);
     }
 
     void Draw(std::string_view window, RunContext& run) override {

@@ -1,5 +1,6 @@
 // brizalog-script FOLDER SCRIPT: runs the core headless on the program folder FOLDER under a
 // virtual clock, one command per line of SCRIPT ("-" reads standard input).
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -18,6 +19,12 @@ int main(int argc, char* argv[]) {
     std::ifstream file;
     std::istream* in = &std::cin;
     if (scriptName != "-") {
+        // A folder opens as a stream on some systems and reads as an empty script.
+        std::error_code error;
+        if (std::filesystem::is_directory(scriptName, error)) {
+            std::cerr << "error: cannot read " << scriptName << ": a folder\n";
+            return kStatusScriptError;
+        }
         file.open(scriptName, std::ios::binary);
         if (!file) {
             std::cerr << "error: cannot read " << scriptName << '\n';

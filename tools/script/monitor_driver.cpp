@@ -4,6 +4,7 @@
 
 #include "catalogue/plot.h"
 #include "displays/monitor_window.h"
+#include "dump_lines.h"
 
 namespace brizalog::script {
 
@@ -48,10 +49,11 @@ public:
     }
 
     // The state of a closed window is what it showed last.
-    void Dump(std::string_view window, RunContext& run) override {
-        for (const auto& [name, value] : Made(window).Dump()) {
-            run.printer.Value(name, value);
-        }
+    void Dump(std::string_view window, RunContext& run) override { DumpNamed(window, {}, run); }
+
+    void DumpNamed(std::string_view window, const std::vector<std::string_view>& names,
+                   RunContext& run) override {
+        PrintSelected(window, Made(window).Dump(), names, run);
     }
 
     void Draw(std::string_view window, RunContext& run) override {

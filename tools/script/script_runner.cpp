@@ -1,5 +1,6 @@
 #include "script_runner.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -114,6 +115,28 @@ std::string Unescape(std::string_view text) {
     return plain;
 }
 
+bool ScriptPorts::commAvailable(int portNumber) {
+    return m_all || std::find(m_ports.begin(), m_ports.end(), portNumber) != m_ports.end();
+}
+
+void ScriptPorts::Only(std::vector<int> ports) {
+    m_all = false;
+    m_ports = std::move(ports);
+}
+
+void ScriptPorts::All() {
+    m_all = true;
+    m_ports.clear();
+}
+
+void ScriptSerial::Open(int portNumber, const std::string& settings) {
+    if (!m_ports.commAvailable(portNumber)) {
+        Close();
+        throw Failure(FailureKind::PortFailure);
+    }
+    VirtualSerial::Open(portNumber, settings);
+}
+
 ScriptRunner::ScriptRunner(std::filesystem::path folder, std::ostream& out, std::ostream& errors)
     : m_folder(std::move(folder)), m_printer(out), m_errors(errors) {
     m_dialogs.onMessage = [this](const std::string& text) { m_printer.Message(text); };
@@ -175,6 +198,10 @@ void ScriptRunner::Execute(std::string_view line) {
         PortFail(arguments);
         return;
     }
+    if (verb == "ports") {
+        Ports(arguments);
+        return;
+    }
     if (verb == "start") {
         Start(arguments);
         return;
@@ -215,7 +242,7 @@ void ScriptRunner::Start(std::string_view arguments) {
     std::filesystem::create_directories(m_folder, ignored);
     m_form = std::make_unique<Brizalog>(m_folder, m_services);
     m_context = std::make_unique<RunContext>(
-        RunContext{*m_form, m_folder, m_clock, m_timers, m_services, m_printer});
+        RunContext{*m_form, m_folder, m_clock, m_timers, m_services, m_printer, m_ports});
     m_form->Form_Load();
 }
 
@@ -243,6 +270,31 @@ void ScriptRunner::PortFail(std::string_view arguments) {
         throw ScriptError("portfail takes on or off");
     }
     m_serial.SetOpenFails(value == "on");
+}
+
+// "ports all", "ports none" or "ports N [N ...]" with port numbers from 1 to 255.
+void ScriptRunner::Ports(std::string_view arguments) {
+    const std::vector<std::string_view> words = Words(arguments);
+    if (words.size() == 1 && words[0] == "all") {
+        m_ports.All();
+        return;
+    }
+    if (words.size() == 1 && words[0] == "none") {
+        m_ports.Only({});
+        return;
+    }
+    if (words.empty()) {
+        throw ScriptError("ports takes all, none or port numbers");
+    }
+    std::vector<int> ports;
+    for (std::string_view word : words) {
+        const double port = ParseDecimal(word, "port number");
+        if (port < 1 || port > 255 || port != std::floor(port)) {
+            throw ScriptError("not a port number from 1 to 255: \"" + std::string(word) + "\"");
+        }
+        ports.push_back(static_cast<int>(port));
+    }
+    m_ports.Only(std::move(ports));
 }
 
 void ScriptRunner::ClickCommand(std::string_view arguments) {
@@ -345,10 +397,36 @@ void ScriptRunner::OpenWindowFromForm(std::string_view window, bool modal) {
         return;
     }
     driver->Open(window, modal, *m_context);
+    if (modal && driver->LeftUnlessAddressed(window) && !NextLineAddresses(window)) {
+        driver->Click(window, "close", "", *m_context);
+        return;
+    }
     if (modal) {
         const std::string name(window);
         RunLines([driver, name] { return !driver->IsOpen(name); });
     }
+}
+
+// True when the next command of the script (blank lines and comments skipped) is one of window
+// `window`: "click WINDOW.NAME", "set WINDOW.NAME ...", "mouse WINDOW.NAME ...", "dump WINDOW
+// ..." or "draw WINDOW".
+bool ScriptRunner::NextLineAddresses(std::string_view window) const {
+    for (std::size_t i = m_next; i < m_lines->size(); ++i) {
+        const std::string_view line = Trim((*m_lines)[i]);
+        if (line.empty() || line.front() == '#') {
+            continue;
+        }
+        std::string_view arguments;
+        const std::string_view verb = FirstWord(line, arguments);
+        std::string_view rest;
+        const std::string_view target = FirstWord(Trim(arguments), rest);
+        if (verb == "click" || verb == "set" || verb == "mouse") {
+            return target.size() > window.size() && target.substr(0, window.size()) == window &&
+                   target[window.size()] == '.';
+        }
+        return (verb == "dump" || verb == "draw") && target == window;
+    }
+    return false;
 }
 
 WindowDriver* ScriptRunner::DriverFor(std::string_view window) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "acquisition/brizalog.h"
+#include "acquisition/port_discovery.h"
 #include "catalogue/services.h"
 #include "catalogue/virtual_platform.h"
 
@@ -69,6 +70,7 @@ struct RunContext {
     VirtualTimers& timers;  // attach a window's own FormTimers here, and `wait` fires them too
     Services& services;     // the platform services the main form runs on (clock, dialogs, ...)
     Printer& printer;
+    PortProbe& ports;  // the ports that exist, as the `ports` command set them
 };
 
 class WindowDriver {
@@ -81,6 +83,10 @@ public:
     virtual void Open(std::string_view window, bool modal, RunContext& run) = 0;
     // True while the window is open; a modal opening waits until it turns false.
     virtual bool IsOpen(std::string_view window) const = 0;
+    // True for a window that a menu opens modally and that is left at once through its close
+    // box unless the next line of the script is a command of that window. So `click
+    // SetupHardware` on a line of its own is setup Hardware opened and left without a change.
+    virtual bool LeftUnlessAddressed(std::string_view /*window*/) const { return false; }
 
     // The commands below throw ScriptError for a control, item or value the window does not
     // have (the defaults do so for every command).

@@ -1,3 +1,4 @@
+#include "energy_driver.h"
 #include "history_driver.h"
 #include "monitor_driver.h"
 #include "setup_driver.h"
@@ -10,6 +11,7 @@ std::vector<std::unique_ptr<WindowDriver>> MakeWindowDrivers() {
     drivers.push_back(MakeHistoryDriver());
     drivers.push_back(MakeMonitorDriver());
     drivers.push_back(MakeSetupDriver());
+    drivers.push_back(MakeEnergyDriver());
     return drivers;
 }
 

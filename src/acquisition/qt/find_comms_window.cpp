@@ -10,6 +10,7 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -50,6 +51,7 @@ FindCommsWindow::FindCommsWindow(Settings& settings, PortProbe& probe, QWidget* 
             [this](int index) { RunHandler([this, index] { m_form.cbocomm_Click(index); }); });
     connect(m_exit, &QPushButton::clicked, this,
             [this] { RunHandler([this] { m_form.ExitFindCOMM_Click(); }); });
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
     Render();
 }

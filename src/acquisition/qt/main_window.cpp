@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -11,12 +12,22 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
+#include <QStatusBar>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "acquisition/brizalog.h"
+#include "acquisition/qt/platform.h"
+#include "logging/log_records.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/keyboard.h"
+#include "ui/stale_shade.h"
+#include "ui/theme.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -72,31 +83,51 @@ constexpr CellPlace kMisc[] = {{"Label6", "Volts 2"},
 
 constexpr int kTwipsPerPixel = 15;  // 1440 twips to the inch, 96 pixels to the inch
 
-const char* kStyle = R"(
+// The panel's look, from the palette: light or dark, every text reads on its ground at
+// 4.5 : 1 or better. The cells' own colours, where a rule gives them, are set on each cell.
+QString PanelStyle(const QPalette& p) {
+    const QColor window = p.color(QPalette::Window);
+    const QColor windowText = p.color(QPalette::WindowText);
+    const QColor base = p.color(QPalette::Base);
+    const QColor text = p.color(QPalette::Text);
+    const QColor channelGround = Mix(window, base, 0.5);
+    const QColor muted = ReadableOn(Mix(windowText, window, 0.35), window);
+    const QColor title =
+        ReadableOn(Mix(windowText, p.color(QPalette::Highlight), 0.3), channelGround);
+    return QStringLiteral(R"(
 QLabel[cell="true"] {
-    border: 1px solid #a9b6c3; border-radius: 4px; background: #fbfdff;
-    padding: 3px 8px; font-size: 13pt; font-weight: 600; color: #12263a;
+    border: 1px solid %1; border-radius: 4px; background: %2;
+    padding: 3px 8px; font-size: 13pt; font-weight: 600; color: %3;
 }
-QLabel[caption="true"] { color: #5a6b7c; font-size: 8pt; }
-QGroupBox { font-weight: 600; border: 1px solid #c3ccd6; border-radius: 6px;
+QLabel[caption="true"] { color: %4; font-size: 8pt; }
+QGroupBox { font-weight: 600; border: 1px solid %5; border-radius: 6px;
             margin-top: 10px; padding-top: 4px; }
-QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 4px; color: #24425f; }
-QGroupBox[channel="true"] { font-weight: 500; margin-top: 8px; background: #f3f6f9; }
-#Label11 { font-size: 15pt; font-weight: 700; color: #16324f; }
-#Label15, #Label1 { color: #3d4f61; }
-#Label2 { font-family: monospace; color: #2e4a62; background: #eef2f6;
-          border: 1px solid #d3dbe3; padding: 2px 4px; }
-#ErrorString { color: #5a6b7c; }
-)";
+QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 4px; color: %6; }
+QGroupBox[channel="true"] { font-weight: 500; margin-top: 8px; background: %7; }
+#Label11 { font-size: 15pt; font-weight: 700; color: %8; }
+#Label15, #Label1 { color: %4; }
+#Label2 { font-family: monospace; color: %3; background: %9;
+          border: 1px solid %5; padding: 2px 4px; }
+#ErrorString { color: %4; }
+)")
+        .arg(Mix(text, base, 0.6).name(), base.name(), text.name(), muted.name(),
+             Mix(windowText, window, 0.75).name(), title.name(), channelGround.name(),
+             windowText.name(), p.color(QPalette::AlternateBase).name());
+}
 
 }  // namespace
 
-MainWindow::MainWindow(Brizalog& form, QWidget* parent) : QMainWindow(parent), m_form(form) {
+MainWindow::MainWindow(Brizalog& form, QWidget* parent)
+    : QMainWindow(parent), m_form(form), m_status({0, form.clock().Now()}) {
+    m_monotonic.start();
     setObjectName(QStringLiteral("Brizalog"));
     BuildMenus();
     BuildPanel();
+    BuildStatusBar();
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
     Render();
+    KeepMnemonics(menuBar());
 }
 
 QAction* MainWindow::menuAction(const std::string& name) const {
@@ -140,6 +171,22 @@ void MainWindow::BuildMenus() {
         m_menuEntries.push_back(
             {m_form.model().controls.Find(entry.name), action, action->menu() != nullptr, {}});
     }
+    // Brizalog's own entries follow the specified ones of their menu, behind a separator.
+    std::set<std::string> separated;
+    for (const AddedMenuEntry& added : kAddedMenuEntries) {
+        const auto menu = menus.find(std::string(added.parent));
+        if (menu == menus.end()) {
+            continue;
+        }
+        if (separated.insert(menu->first).second) {
+            menu->second->addSeparator();
+        }
+        QAction* action = menu->second->addAction(ToQt(added.caption));
+        const std::string name(added.name);
+        action->setObjectName(ToQt(name));
+        connect(action, &QAction::triggered, this, [this, name] { Forward(name); });
+        m_actions[name] = action;
+    }
 }
 
 QGroupBox* MainWindow::AddGroup(const std::string& name, const Control& control) {
@@ -175,10 +222,14 @@ void MainWindow::AddCell(QWidget* parent, QGridLayout* grid, int row, int column
 
 void MainWindow::BuildPanel() {
     MainFormModel& m = m_form.model();
-    auto* central = new QWidget(this);
+    // The panel scrolls when the screen is smaller than the layout: a type 8 panel at 200 % is
+    // taller than a laptop's screen.
+    auto* central = new QWidget;
     central->setObjectName(QStringLiteral("panel"));
-    central->setStyleSheet(QString::fromLatin1(kStyle));
-    setCentralWidget(central);
+    central->setStyleSheet(PanelStyle(palette()));
+    setCentralWidget(new ScrollingArea(central, this));
+    m_panel = central;
+    new StaleShade(centralWidget());
     auto* layout = new QVBoxLayout(central);
     layout->setContentsMargins(10, 8, 10, 8);
     layout->setSpacing(6);
@@ -330,9 +381,10 @@ void MainWindow::ArrangeGroups() {
     }
     // The window takes the height of the new layout, so a smaller panel leaves no empty space.
     if (isVisible()) {
-        centralWidget()->layout()->activate();
+        m_panel->layout()->activate();
+        centralWidget()->updateGeometry();  // the scroll area's hint is the panel's new size
         layout()->activate();
-        resize(width(), sizeHint().height());
+        resize(FittedSize(this, QSize(width(), sizeHint().height())));
     }
 }
 
@@ -343,12 +395,14 @@ void MainWindow::Render() {
         setWindowTitle(title);
     }
 
+    bool captionsChanged = false;
     for (auto& [control, action, opensMenu, shown] : m_menuEntries) {
         if (shown != control->text) {
             shown = control->text;
             QString text = ToQt(shown);
             text.replace(QLatin1Char('&'), QStringLiteral("&&"));
             action->setText(text);
+            captionsChanged = true;
         }
         if (!opensMenu && action->isChecked() != control->checked) {
             action->setCheckable(control->checked);
@@ -362,6 +416,9 @@ void MainWindow::Render() {
         }
     }
 
+    if (captionsChanged) {
+        AssignMnemonics(menuBar());  // Alt+letter, without a word of the captions changed
+    }
     for (const Group& group : m_groups) {
         ShowGroup(group.box, *group.control);
     }
@@ -388,6 +445,136 @@ void MainWindow::Render() {
     if (m_form.ExitRequested()) {
         close();
     }
+}
+
+// ---- Status bar -------------------------------------------------------------------------------
+
+void MainWindow::BuildStatusBar() {
+    auto label = [this](const char* name, const QString& tip) {
+        auto* text = new QLabel(this);
+        text->setObjectName(QString::fromLatin1(name));
+        text->setToolTip(tip);
+        return text;
+    };
+    m_portText = label("statusPort", QStringLiteral("The port and the device it stands for"));
+    m_loggingText =
+        label("statusLogging", QStringLiteral("Whether records are written, and where"));
+    m_frameText = label("statusFrame", QStringLiteral("When the last frame came in"));
+    m_rateText = label("statusRate", QStringLiteral("Frames per second over the last 10 s"));
+    m_unpluggedText = label("statusUnplugged", QString());
+    m_unpluggedText->setStyleSheet(QStringLiteral("font-weight: bold;"));
+    m_unpluggedText->hide();
+    m_noticeText = new ElidedLabel(this);
+    m_noticeText->setObjectName(QStringLiteral("statusNotice"));
+    m_noticeText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    QStatusBar* bar = statusBar();
+    bar->setSizeGripEnabled(true);
+    for (QLabel* text : {m_portText, m_loggingText, m_frameText, m_rateText, m_unpluggedText}) {
+        bar->addWidget(text);
+    }
+    bar->addWidget(m_noticeText, 1);
+    // Once a second: the texts change at that pace at most, and a silence is noticed even when
+    // no event comes at all.
+    auto* clock = new QTimer(this);
+    connect(clock, &QTimer::timeout, this, &MainWindow::UpdateStatus);
+    clock->start(1000);
+    UpdateStatus();
+}
+
+Moment MainWindow::Now() const {
+    const double seconds = m_seconds ? m_seconds() : m_monotonic.elapsed() / 1000.0;
+    return {seconds, m_form.clock().Now()};
+}
+
+void MainWindow::SetSecondsSource(std::function<double()> seconds) {
+    m_seconds = std::move(seconds);
+    m_status = StatusLine(Now());
+}
+
+void MainWindow::ReceiveSerial() {
+    const long before = m_form.state().GoodDataCount;
+    m_form.MSComm1_OnComm();
+    // Within one serial event no tick can clear the count: what it grew by is what was cut.
+    const long after = m_form.state().GoodDataCount;
+    if (after > before) {
+        m_status.Frames(after - before, Now());
+        // The first frame after a silence lifts the stale notes at once.
+        if (!StaleNote().isEmpty()) {
+            SetStaleNote(QString());
+        }
+    }
+}
+
+void MainWindow::DeviceLost() {
+    m_status.DeviceLost(Now());
+    m_shownPort = -1;
+    UpdateStatus();
+}
+
+void MainWindow::DeviceBack() {
+    m_status.DeviceBack();
+    m_shownPort = -1;
+    UpdateStatus();
+}
+
+void MainWindow::ShowNotice(std::string_view source, const std::string& text) {
+    m_status.SetNotice(source, text);
+    UpdateStatus();
+}
+
+void MainWindow::UpdateStatus() {
+    const SharedState& state = m_form.state();
+    const auto show = [](QLabel* label, const std::string& text) {
+        const QString shown = QString::fromStdString(text);
+        if (label->text() != shown) {
+            label->setText(shown);
+        }
+        if (label->isVisibleTo(label->parentWidget()) == shown.isEmpty()) {
+            label->setVisible(!shown.isEmpty());
+        }
+    };
+    const int port = static_cast<int>(state.settings.PortNumber);
+    if (port != m_shownPort) {
+        m_shownPort = port;
+        // A link under ports/ is named by the device it points at.
+        const QString path = ResolvePort(m_form.programFolder(), port);
+        const QString device = QFileInfo(path).canonicalFilePath();
+        m_status.SetPort(port, (device.isEmpty() ? path : device).toStdString());
+    }
+    std::vector<std::string> files;
+    const LocalDateTime now = m_form.clock().Now();
+    for (const LogFile& file : LogFilesOf(state.settings.SystemType)) {
+        const std::string literal =
+            LogFileLiteral(file.prefix, DateTag(now, state.settings.LogDelay <= 5));
+        files.push_back(literal.substr(literal.rfind('/') + 1));
+    }
+    m_status.SetLogging(state.LoggingActive == 1, std::move(files));
+    const double seconds = Now().seconds;
+    const auto stale =
+        m_status.StaleNote(seconds, std::max(1, static_cast<int>(state.settings.LogDelay)));
+    SetStaleNote(stale ? QString::fromStdString(*stale) : QString());
+    show(m_portText, m_status.PortText());
+    show(m_loggingText, m_status.LoggingText());
+    show(m_frameText, m_status.LastFrameText());
+    show(m_rateText, m_status.RateText(seconds));
+    show(m_unpluggedText, m_status.UnpluggedText());
+    QStringList notices;
+    for (const std::string& notice : m_status.Notices()) {
+        notices << QString::fromStdString(notice);
+    }
+    show(m_noticeText, notices.join(QStringLiteral(" · ")).toStdString());
+    m_noticeText->setToolTip(notices.join(QLatin1Char('\n')));
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    // A palette changed while the program runs (a desktop switched to dark) is followed.
+    if (event->type() == QEvent::PaletteChange && m_panel != nullptr) {
+        const QString style = PanelStyle(palette());
+        if (m_panel->styleSheet() != style) {
+            m_panel->setStyleSheet(style);
+        }
+    }
+    QMainWindow::changeEvent(event);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMainWindow>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "acquisition/status_line.h"
 #include "catalogue/control.h"
 
 class QAction;
@@ -36,12 +39,29 @@ public:
     // Shows the model as it stands now.
     void Render();
 
+    // The serial event of the form, counting the frames it cuts for the status bar.
+    void ReceiveSerial();
+    // The device behind the port has gone, or is back.
+    void DeviceLost();
+    void DeviceBack();
+    // The latest one-line notice of `source` (TellNotice); an empty text withdraws it.
+    void ShowNotice(std::string_view source, const std::string& text);
+    // Brings the status bar up to date; it also does so by itself once a second.
+    void UpdateStatus();
+    // The moment now, on the status bar's clocks.
+    Moment Now() const;
+    const StatusLine& status() const { return m_status; }
+    // For tests: the seconds of the status bar's clock that only moves forward (by default the
+    // machine's monotonic clock), from now on.
+    void SetSecondsSource(std::function<double()> seconds);
+
     // For the tests: the menu action or the widget of a control by its own name.
     QAction* menuAction(const std::string& name) const;
     QWidget* controlWidget(const std::string& name) const;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     struct Cell {
@@ -61,6 +81,7 @@ private:
                  const char* caption);
     void Forward(const std::string& name);
     void ArrangeGroups();
+    void BuildStatusBar();
 
     Brizalog& m_form;
     std::map<std::string, QAction*> m_actions;
@@ -78,11 +99,23 @@ private:
     std::vector<Group> m_groups;
     std::vector<std::pair<const Control*, QLabel*>> m_labels;
 
+    QWidget* m_panel = nullptr;  // inside the scroll area that is the central widget
     QVBoxLayout* m_groupStack = nullptr;
     Lamp* m_dataOK = nullptr;
     Lamp* m_logOK = nullptr;
     QLineEdit* m_delay = nullptr;
     QCheckBox* m_check1 = nullptr;
+    // The status bar: its rules are the core's StatusLine; the labels show its texts.
+    QElapsedTimer m_monotonic;
+    std::function<double()> m_seconds;
+    StatusLine m_status;
+    QLabel* m_portText = nullptr;
+    QLabel* m_loggingText = nullptr;
+    QLabel* m_frameText = nullptr;
+    QLabel* m_rateText = nullptr;
+    QLabel* m_unpluggedText = nullptr;
+    QLabel* m_noticeText = nullptr;
+    int m_shownPort = -1;
     std::vector<int> m_arrangedTops;
     int m_arrangedHeight = -1;
 };

@@ -1,6 +1,7 @@
 #include "acquisition/qt/platform.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,8 +11,10 @@
 #include <QRegularExpression>
 #include <QSerialPortInfo>
 #include <algorithm>
+#include <cerrno>
 
 #include "catalogue/failure.h"
+#include "catalogue/files.h"
 #include "catalogue/text_rules.h"
 #include "ui/event_gate.h"
 #include "ui/qt_text.h"
@@ -61,13 +64,85 @@ void DesktopTimers::Stop(FormTimer& timer) {
     TimerOf(timer).stop();
 }
 
-void SyncFileToDisk(const std::filesystem::path& path) {
+namespace {
+
+std::error_code LastError() {
+    return {errno, std::generic_category()};
+}
+
+// A file system or a kind of file that has nothing to make durable (a pipe, a device) is not
+// a failure to make it so.
+bool NothingToSync(int error) {
+    return error == EINVAL || error == EROFS;
+}
+
+std::error_code SyncDescriptor(int descriptor) {
+    if (::fsync(descriptor) != 0 && !NothingToSync(errno)) {
+        return LastError();
+    }
+    return {};
+}
+
+std::error_code AppendOnce(const std::filesystem::path& path, std::string_view text, bool durable) {
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    if (descriptor < 0) {
+        return LastError();
+    }
+    struct stat before {};
+    const bool sized = ::fstat(descriptor, &before) == 0 && S_ISREG(before.st_mode);
+    std::error_code error;
+    const ssize_t written = ::write(descriptor, text.data(), text.size());
+    if (written < 0) {
+        error = LastError();
+    } else if (static_cast<std::size_t>(written) != text.size()) {
+        // The disk took part of the text: that part goes again, so that the file ends where
+        // it ended and the next line does not follow a torn one.
+        error = std::make_error_code(std::errc::no_space_on_device);
+        if (sized) {
+            [[maybe_unused]] const int taken = ::ftruncate(descriptor, before.st_size);
+        }
+    } else if (durable) {
+        error = SyncDescriptor(descriptor);
+    }
+    if (::close(descriptor) != 0 && !error) {
+        error = LastError();
+    }
+    return error;
+}
+
+int LockFolder(const std::filesystem::path& folder) {
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return -1;
+    }
+    while (::flock(descriptor, LOCK_EX) != 0) {
+        if (errno != EINTR) {
+            ::close(descriptor);
+            return -1;
+        }
+    }
+    return descriptor;
+}
+
+void UnlockFolder(int held) {
+    ::flock(held, LOCK_UN);
+    ::close(held);
+}
+
+}  // namespace
+
+std::error_code SyncFileToDisk(const std::filesystem::path& path) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
-        return;
+        return LastError();
     }
-    ::fsync(descriptor);
+    const std::error_code error = SyncDescriptor(descriptor);
     ::close(descriptor);
+    return error;
+}
+
+void UsePlatformFiles() {
+    SetPlatformFiles({SyncFileToDisk, AppendOnce, LockFolder, UnlockFolder});
 }
 
 // ---- Ports ------------------------------------------------------------------------------------

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <system_error>
 
 #include "acquisition/port_discovery.h"
 #include "catalogue/services.h"
@@ -36,8 +37,12 @@ private:
 };
 
 // Makes a file or a folder durable on disk (fsync), for the whole-file replacement of the
-// configuration files. Set once at start with SetDiskSync.
-void SyncFileToDisk(const std::filesystem::path& path);
+// configuration files.
+std::error_code SyncFileToDisk(const std::filesystem::path& path);
+// Gives the core's file services the machine's: durable writes, a record appended with one
+// write, and the folder lock that keeps two programs on one folder from replacing a settings
+// file at once. Called once at start by every program.
+void UsePlatformFiles();
 
 // ---- Ports ------------------------------------------------------------------------------------
 

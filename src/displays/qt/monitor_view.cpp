@@ -7,11 +7,14 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/keyboard.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
 MonitorView::MonitorView(TimerBackend& timers) : QWidget(nullptr, Qt::Window), m_timers(timers) {
     setAttribute(Qt::WA_DeleteOnClose);
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
 }
 
@@ -39,7 +42,7 @@ void MonitorView::Render() {
         setWindowTitle(title);
     }
     for (const auto& [control, action] : m_entries) {
-        ShowText(action, control->text);
+        ShowMenuCaption(action, ToQt(control->text));
     }
     RenderModel();
     if (m_monitor->CloseRequested() && isVisible()) {
@@ -64,6 +67,7 @@ QAction* MonitorView::MenuEntry(QMenuBar* bar, const std::string& name) {
     action->setObjectName(ToQt(name));
     connect(action, &QAction::triggered, this, [this, name] { Forward(name); });
     m_entries.emplace_back(m_monitor->controls.Find(name), action);
+    AssignMnemonics(bar);
     return action;
 }
 

@@ -24,6 +24,9 @@
 #include "displays/raw_data_viewers.h"
 #include "ui/control_view.h"
 #include "ui/plot_canvas.h"
+#include "ui/stale_shade.h"
+#include "ui/theme.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -111,18 +114,21 @@ public:
         auto* layout = new QVBoxLayout(this);
         layout->setContentsMargins(6, 6, 6, 6);
         layout->addWidget(m_tile);
+        new StaleShade(m_tile);
         resize(380, 220);
     }
 
 private:
     void RenderModel() override {
         const BatteryMonitor& m = *m_model;
-        const QString tile = m.voltage.colour == kDefaultColour ? QStringLiteral("#c8c8c8")
-                                                                : ToQColor(m.voltage.colour).name();
+        const QColor tile = m.voltage.colour == kDefaultColour ? QColor(0xc8, 0xc8, 0xc8)
+                                                               : ToQColor(m.voltage.colour);
+        // The tile's colour is the battery's state; the figures take black or white, whichever
+        // reads on it. The caption's own colour, where the monitor gives one, stays.
         const QString style = QStringLiteral(
                                   "QFrame#tile { background-color: %1; border-radius: 8px; }"
-                                  "QFrame#tile QLabel { color: black; }")
-                                  .arg(tile);
+                                  "QFrame#tile QLabel { color: %2; }")
+                                  .arg(tile.name(), TextOn(tile).name());
         if (m_tile->styleSheet() != style) {
             m_tile->setStyleSheet(style);
         }
@@ -170,8 +176,9 @@ public:
             Button(this, this, m_model->ResetAllMaxMins, [this] { Forward("ResetAllMaxMins"); });
         reset->setObjectName(QStringLiteral("ResetAllMaxMins"));
 
+        // 31 rows are taller than a laptop's screen at 200 %: they scroll, the button stays.
         auto* layout = new QVBoxLayout(this);
-        layout->addWidget(panel);
+        layout->addWidget(new ScrollingArea(panel, this), 1);
         layout->addWidget(reset, 0, Qt::AlignRight);
     }
 
@@ -193,11 +200,8 @@ private:
         QString style;
         if (colour != kDefaultColour) {
             const QColor ground = ToQColor(colour);
-            const bool dark =
-                0.299 * ground.red() + 0.587 * ground.green() + 0.114 * ground.blue() < 140;
-            style =
-                QStringLiteral("background-color: %1; color: %2; padding: 1px 6px;")
-                    .arg(ground.name(), dark ? QStringLiteral("white") : QStringLiteral("black"));
+            style = QStringLiteral("background-color: %1; color: %2; padding: 1px 6px;")
+                        .arg(ground.name(), TextOn(ground).name());
         }
         if (label->styleSheet() != style) {
             label->setStyleSheet(style);
@@ -405,6 +409,7 @@ public:
         }
         grid->addWidget(m_canvas, 1, 0, 1, 2);
         grid->setRowStretch(1, 1);
+        new StaleShade(m_canvas);
         auto* layout = new QVBoxLayout(this);
         layout->setMenuBar(bar);
         layout->addLayout(grid);
@@ -453,6 +458,7 @@ public:
         layout->setMenuBar(bar);
         layout->addWidget(m_canvas, 1);
         layout->addLayout(limits);
+        new StaleShade(m_canvas);
         resize(660, 460);
     }
 

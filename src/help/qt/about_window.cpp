@@ -10,6 +10,7 @@
 
 #include "catalogue/version.h"
 #include "ui/qt_text.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -49,6 +50,7 @@ AboutWindow::AboutWindow(QWidget* parent) : QDialog(parent) {
     layout->addWidget(description);
     layout->addSpacing(12);
     layout->addLayout(buttons);
+    FitToScreen(this);
 }
 
 QStringList AboutWindow::KnownTools() {

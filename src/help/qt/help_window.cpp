@@ -8,6 +8,7 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -23,7 +24,7 @@ HelpWindow::HelpWindow(std::filesystem::path folder, Dialogs& dialogs, QWidget* 
     m_list->header()->setStretchLastSection(true);
     const int em = fontMetrics().horizontalAdvance(QStringLiteral("M"));
     m_list->setColumnWidth(0, em);
-    m_list->setMinimumSize(em * 40, em * 24);
+    m_list->setMinimumSize(em * 12, em * 6);
 
     auto* buttons = new QHBoxLayout;
     for (const auto& [name, control] : m_viewer.model().controls.items()) {
@@ -46,6 +47,8 @@ HelpWindow::HelpWindow(std::filesystem::path folder, Dialogs& dialogs, QWidget* 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(buttons);
     layout->addWidget(m_list, 1);
+    // Wide enough for a topic's lines; the list scrolls whatever the screen cannot show.
+    FitToScreen(this, QSize(em * 44, em * 28));
     AddRenderer(this, [this] { Render(); });
 }
 

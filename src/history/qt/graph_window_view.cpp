@@ -16,13 +16,24 @@
 #include <QPrinterInfo>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QToolButton>
 #include <QToolTip>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 #include <functional>
 #include <vector>
 
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
+#include "catalogue/options.h"
+#include "history/qt/chart_frame.h"
+#include "history/qt/chart_picture.h"
+#include "history/qt/scale_painter.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
 #include "ui/plot_canvas.h"
@@ -43,6 +54,63 @@ QString Name(std::string_view name) {
     return ToQt(name);
 }
 
+// A series box of the panel: its square shows and hides the series, as every click on a box
+// does; a click on its name picks the series for the value scale instead, and so does resting
+// the mouse on it.
+class SeriesBox : public QCheckBox {
+    Q_OBJECT
+
+public:
+    using QCheckBox::QCheckBox;
+
+signals:
+    void picked();
+
+protected:
+    bool hitButton(const QPoint& pos) const override {
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        return style()
+            ->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this)
+            .adjusted(-3, -3, 3, 3)
+            .contains(pos);
+    }
+    void mousePressEvent(QMouseEvent* event) override {
+        if (!hitButton(event->position().toPoint())) {
+            event->accept();
+            emit picked();
+            return;
+        }
+        QCheckBox::mousePressEvent(event);
+    }
+    void enterEvent(QEnterEvent* event) override {
+        emit picked();
+        QCheckBox::enterEvent(event);
+    }
+};
+
+// The style of a series name: its line colour, a chip behind a colour the dark panel would
+// swallow, underlined while its values stand on the scale.
+QString SeriesStyle(const Control& box, bool picked) {
+    QString style;
+    if (box.foreColour != kDefaultColour) {
+        style += QStringLiteral("color: %1;").arg(ToQColor(box.foreColour).name());
+        const QColor chip = ChipBehind(box.foreColour, ToQColor(kPlotScreenColour));
+        if (chip.isValid()) {
+            style += QStringLiteral("background-color: %1; border-radius: 3px; padding: 0 3px;")
+                         .arg(chip.name());
+        }
+    }
+    if (picked) {
+        style += QStringLiteral("text-decoration: underline;");
+    }
+    return style;
+}
+
+QString TwoDigits(int value) {
+    return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0'));
+}
+
 }  // namespace
 
 GraphWindowView::GraphWindowView(const GraphMember& member, SharedState& state,
@@ -50,6 +118,7 @@ GraphWindowView::GraphWindowView(const GraphMember& member, SharedState& state,
                                  QWidget* parent)
     : QDialog(parent),
       m_folder(folder),
+      m_state(state),
       m_dialogs(dialogs),
       m_canvas(new PlotCanvas(this)),
       m_engine(member, state, folder, clock, dialogs, *m_canvas),
@@ -67,16 +136,43 @@ GraphWindowView::GraphWindowView(const GraphMember& member, SharedState& state,
         RenderFiles();
     });
 
-    auto* body = new QHBoxLayout;
-    body->addWidget(BuildSelection());
-    body->addWidget(BuildChart(), 1);
-    body->addWidget(BuildSeriesPanel());
+    // The chart takes what the window has; the list of days and the series panel keep to
+    // narrow columns the user can narrow further, or fold the days away.
+    m_splitter = new QSplitter(Qt::Horizontal, this);
+    m_splitter->setObjectName(QStringLiteral("chartSplitter"));
+    m_splitter->setChildrenCollapsible(true);
+    m_fileColumn = BuildSelection();
+    m_splitter->addWidget(m_fileColumn);
+    m_splitter->addWidget(BuildChart());
+    m_splitter->addWidget(BuildSeriesPanel());
+    m_splitter->setStretchFactor(0, 0);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setStretchFactor(2, 0);
+    m_splitter->setCollapsible(1, false);
 
-    auto* layout = new QVBoxLayout(this);
+    auto* content = new QWidget;
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(BuildTopBar());
-    layout->addLayout(body, 1);
+    layout->addWidget(m_splitter, 1);
+    layout->addWidget(BuildActions());
 
-    resize(1180, 660);
+    // A window made smaller than its contents scrolls rather than hiding any of them.
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("windowScroll"));
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(scroll);
+
+    SetScalesShown(m_state.options.Flag("ChartScales"));
+    QSize size(1280, 720);
+    if (const QScreen* screen = this->screen()) {
+        size = size.boundedTo(screen->availableGeometry().size() - QSize(16, 48));
+    }
+    resize(size);
     AddRenderer(this, [this] { Render(); });
 }
 
@@ -180,19 +276,29 @@ QWidget* GraphWindowView::BuildTopBar() {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
 
+    m_foldButton = new QToolButton(bar);
+    m_foldButton->setObjectName(QStringLiteral("FoldDays"));
+    m_foldButton->setCheckable(true);
+    m_foldButton->setAutoRaise(true);
+    m_foldButton->setToolTip(
+        QStringLiteral("Fold the list of days and the x-axis choices away, or bring them back"));
+    connect(m_foldButton, &QToolButton::toggled, this, [this](bool folded) { FoldFiles(folded); });
+    m_foldButton->setArrowType(Qt::LeftArrow);
+    row->addWidget(m_foldButton);
+
     QLabel* heading = b.Label("Label15");
     QFont bold = heading->font();
     bold.setBold(true);
     bold.setPointSizeF(bold.pointSizeF() * 1.25);
     heading->setFont(bold);
     row->addWidget(heading);
-    row->addSpacing(12);
+    row->addSpacing(8);
 
     QLineEdit* fileName = b.TextBox("FileName", 260);
     fileName->setMinimumWidth(
-        fileName->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22_00.txt")) + 16);
+        fileName->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22.txt")) + 12);
     row->addWidget(fileName);
-    row->addSpacing(8);
+    row->addSpacing(4);
 
     // Two digits each; Enter in any of them displays the range, as DISPLAY does.
     const auto time = [&](const char* hours, const char* minutes) {
@@ -214,23 +320,41 @@ QWidget* GraphWindowView::BuildTopBar() {
     display->setDefault(true);
     display->setAutoDefault(true);
     row->addWidget(display);
+    auto* back = new QPushButton(QStringLiteral("Whole day"), bar);
+    back->setObjectName(QStringLiteral("WholeDay"));
+    back->setAutoDefault(false);
+    back->setToolTip(
+        QStringLiteral("Back to the view before the last zoom, then to the whole day "
+                       "(Backspace on the chart)"));
+    connect(back, &QPushButton::clicked, this, [this] { GoBack(); });
+    row->addWidget(back);
     row->addSpacing(8);
-    row->addWidget(b.Choice<QCheckBox>("CheckScaling"));
-    if (QCheckBox* collate = b.Choice<QCheckBox>("Collate")) {
-        collate->setToolTip(
-            QStringLiteral("Add a line for the log on display to the day list "
-                           "when another file is clicked"));
-        row->addWidget(collate);
-    }
     row->addStretch(1);
+    return bar;
+}
 
+QWidget* GraphWindowView::BuildActions() {
+    auto* bar = new QWidget(this);
+    Builder b{m_engine, bar, m_renders, [this](const std::string& name) { Forward(name); }};
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
+
+    row->addStretch(1);
     row->addWidget(b.Button("CSV"));
     auto* save = new QPushButton(QStringLiteral("Save chart image"), bar);
     save->setObjectName(QStringLiteral("SaveChartImage"));
     save->setAutoDefault(false);
-    save->setToolTip(QStringLiteral("Write the chart as a PNG picture into the Excel folder"));
+    save->setToolTip(QStringLiteral(
+        "Write the chart with its title, scales and legend as a PNG picture into the Excel "
+        "folder"));
     connect(save, &QPushButton::clicked, this, [this] { SaveChartImage(); });
     row->addWidget(save);
+    auto* pdf = new QPushButton(QStringLiteral("Save as PDF"), bar);
+    pdf->setObjectName(QStringLiteral("SaveChartPdf"));
+    pdf->setAutoDefault(false);
+    pdf->setToolTip(QStringLiteral("Write the same page as a PDF into the Excel folder"));
+    connect(pdf, &QPushButton::clicked, this, [this] { SaveChartPdf(); });
+    row->addWidget(pdf);
     if (QPushButton* print = b.Button("PrintButton")) {
         row->addWidget(print);
     }
@@ -252,8 +376,7 @@ QWidget* GraphWindowView::BuildSelection() {
     layout->addWidget(m_dir);
 
     m_files = b.Keep("File1", new QListWidget(column));
-    m_files->setMinimumWidth(
-        m_files->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22_00.txt")) + 40);
+    m_files->setMinimumWidth(60);
     // A click on a day, or the arrow keys walking the list, display that day. A click on the
     // day already marked displays it again, as a click on the list always does.
     connect(m_files, &QListWidget::currentRowChanged, this, [this](int row) {
@@ -268,11 +391,17 @@ QWidget* GraphWindowView::BuildSelection() {
         }
     });
     layout->addWidget(m_files, 1);
-
+    if (QCheckBox* collate = b.Choice<QCheckBox>("Collate")) {
+        collate->setToolTip(
+            QStringLiteral("Add a line for the log on display to the day list "
+                           "when another file is clicked"));
+        layout->addWidget(collate);
+    }
     if (Control* frame = m_engine.Find("Frame1")) {
         auto* group = b.Keep("Frame1", new QGroupBox(column));
         m_renders.push_back([group, frame] { ShowGroup(group, *frame); });
         auto* options = new QVBoxLayout(group);
+        options->setContentsMargins(8, 2, 8, 2);
         Builder inGroup{m_engine, group, m_renders,
                         [this](const std::string& name) { Forward(name); }};
         for (const char* name : {"XAxisTime", "XAxisRPM", "XAxisWind", "Distribution"}) {
@@ -282,6 +411,9 @@ QWidget* GraphWindowView::BuildSelection() {
         }
         layout->addWidget(group);
     }
+    const int wide = m_files->fontMetrics().horizontalAdvance(QStringLiteral("BZ_2026_11_22.txt")) +
+                     m_files->style()->pixelMetric(QStyle::PM_ScrollBarExtent) / 2 + 8;
+    m_fileColumnWidth = std::max(wide, column->minimumSizeHint().width());
     return column;
 }
 
@@ -301,15 +433,20 @@ QWidget* GraphWindowView::BuildChart() {
 
     m_canvas->setObjectName(QStringLiteral("Plot"));
     m_canvas->setCursor(Qt::CrossCursor);
+    // A click on the chart gives it the keys: arrows pan, + and − zoom, Backspace goes back.
+    m_canvas->setFocusPolicy(Qt::WheelFocus);
+    m_canvas->installEventFilter(this);
     connect(m_canvas, &PlotCanvas::mousePressed, this,
             [this](double x, double y) { RunHandler([&] { m_engine.Plot_MouseDown(x, y); }); });
     connect(m_canvas, &PlotCanvas::mouseMoved, this, [this](double x, double y) {
         RunHandler([&] { m_engine.Plot_MouseMove(x, y); });
-        ShowReadoutTip(x, y);
+        ShowReadoutTip();
     });
     connect(m_canvas, &PlotCanvas::mouseReleased, this,
             [this](double x, double y) { RunHandler([&] { m_engine.Plot_MouseUp(x, y); }); });
-    layout->addWidget(m_canvas, 1);
+    m_frame = new ChartFrame(m_canvas, column);
+    m_frame->setObjectName(QStringLiteral("chartFrame"));
+    layout->addWidget(m_frame, 1);
 
     auto* times = new QHBoxLayout;
     times->addWidget(b.Label("stime"));
@@ -325,30 +462,80 @@ QWidget* GraphWindowView::BuildChart() {
 }
 
 QWidget* GraphWindowView::BuildSeriesPanel() {
-    auto* panel = new QWidget(this);
+    auto* panel = new QWidget;
     panel->setObjectName(QStringLiteral("seriesPanel"));
     panel->setAttribute(Qt::WA_StyledBackground);
     Builder b{m_engine, panel, m_renders, [this](const std::string& name) { Forward(name); }};
     auto* grid = new QGridLayout(panel);
-    grid->setContentsMargins(10, 10, 10, 10);
-    grid->setHorizontalSpacing(12);
+    grid->setContentsMargins(6, 6, 6, 6);
+    grid->setHorizontalSpacing(6);
+    grid->setVerticalSpacing(1);
+    // Each series in two lines: its box with the channel's name, then its reading under the
+    // mouse and its energy in view.
     int row = 0;
+    grid->addWidget(b.Choice<QCheckBox>("CheckScaling"), row++, 0, 1, 2);
+    m_scalesBox = new QCheckBox(QStringLiteral("Scales"), panel);
+    m_scalesBox->setObjectName(QStringLiteral("Scales"));
+    m_scalesBox->setToolTip(
+        QStringLiteral("Time and value scales, a grid and a crosshair around the chart"));
+    connect(m_scalesBox, &QCheckBox::clicked, this, [this](bool on) {
+        SetScalesShown(on);
+        m_state.options.SetFlag("ChartScales", on);
+        try {
+            WriteOptions(m_state.options, m_folder);
+        } catch (const Failure& failure) {
+            TellNotice("options", std::string("Options not saved: ") + failure.what());
+        }
+    });
+    grid->addWidget(m_scalesBox, row++, 0, 1, 2);
+    grid->setRowMinimumHeight(row++, 8);
+    int index = 0;
     for (const SeriesRow& series : m_engine.member().series) {
-        grid->addWidget(b.Choice<QCheckBox>(series.box), row, 0);
+        Control* control = m_engine.Find(series.box);
+        auto* box = b.Keep(series.box, new SeriesBox(panel));
+        const std::string key(series.box);
+        connect(box, &QCheckBox::clicked, this, [this, key] { Forward(key); });
+        connect(box, &SeriesBox::picked, this, [this, index] { PickSeries(index); });
+        m_renders.push_back([this, box, control, index] {
+            ShowButton(box, *control);
+            const QString style = SeriesStyle(*control, index == ScaleSeries());
+            if (box->styleSheet() != style) {
+                box->setStyleSheet(style);
+            }
+        });
+        grid->addWidget(box, row, 0, 1, 2, Qt::AlignLeft);
+        ++row;
         if (QLabel* readout = b.Readout(series.readout)) {
-            readout->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-            grid->addWidget(readout, row, 1);
+            readout->setMinimumWidth(
+                readout->fontMetrics().horizontalAdvance(QStringLiteral("MAX 0000 RPM")));
+            readout->setContentsMargins(6, 0, 0, 0);
+            grid->addWidget(readout, row, 0);
         }
         if (!series.energyLabel.empty()) {
             QLabel* energy = b.Label(series.energyLabel);
             energy->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
             energy->setToolTip(QStringLiteral("Energy of the view"));
-            grid->addWidget(energy, row, 2);
+            // Room for a day's total before there is one: the panel keeps its width.
+            energy->setMinimumWidth(
+                energy->fontMetrics().horizontalAdvance(QStringLiteral("00000 Wh")));
+            grid->addWidget(energy, row, 1);
         }
         ++row;
+        grid->setRowMinimumHeight(row, 4);
+        ++row;
+        ++index;
     }
     grid->setRowStretch(row, 1);
-    return panel;
+
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("seriesScroll"));
+    scroll->setWidget(panel);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setMinimumWidth(40);
+    scroll->setStyleSheet(QStringLiteral("QScrollArea { background-color: #404040; }"));
+    return scroll;
 }
 
 // ---- Events -----------------------------------------------------------------------------------
@@ -369,7 +556,83 @@ bool GraphWindowView::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_files->viewport() && event->type() == QEvent::MouseButtonPress) {
         m_rowBeforePress = m_files->currentRow();
     }
+    if (watched == m_canvas) {
+        switch (event->type()) {
+            case QEvent::MouseMove:
+                // Before the chart's own handler: the readouts it writes go beside the line.
+                m_crosshairAt = static_cast<QMouseEvent*>(event)->position();
+                break;
+            case QEvent::Leave:
+                m_crosshairAt.reset();
+                m_frame->SetCrosshair(std::nullopt, false, {});
+                break;
+            case QEvent::Wheel: {
+                auto* wheel = static_cast<QWheelEvent*>(event);
+                m_wheelEighths += wheel->angleDelta().y();
+                const int notches = m_wheelEighths / 120;
+                if (notches != 0) {
+                    m_wheelEighths -= notches * 120;
+                    const double x = wheel->position().x() / std::max(1, m_canvas->width()) *
+                                     m_canvas->ScaleWidth();
+                    ZoomSteps(notches, MinuteAt(m_engine, x));
+                }
+                return true;
+            }
+            case QEvent::KeyPress:
+                if (HandleChartKey(static_cast<QKeyEvent*>(event)->key())) {
+                    return true;
+                }
+                break;
+            default:
+                break;
+        }
+    }
     return QDialog::eventFilter(watched, event);
+}
+
+bool GraphWindowView::HandleChartKey(int key) {
+    const std::optional<MinuteRange> range = RangeOfRecords(m_engine);
+    const double middle = range ? (range->start + range->finish) / 2.0 : 720;
+    switch (key) {
+        case Qt::Key_Left:
+            Pan(-0.1);
+            return true;
+        case Qt::Key_Right:
+            Pan(0.1);
+            return true;
+        case Qt::Key_Plus:
+        case Qt::Key_Equal:
+            ZoomSteps(1, middle);
+            return true;
+        case Qt::Key_Minus:
+        case Qt::Key_Underscore:
+            ZoomSteps(-1, middle);
+            return true;
+        case Qt::Key_Backspace:
+            GoBack();
+            return true;
+        default:
+            return false;
+    }
+}
+
+void GraphWindowView::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (m_sized) {
+        return;
+    }
+    // The columns beside the chart take what their contents ask, once their fonts are known;
+    // the chart has the rest.
+    m_sized = true;
+    auto* seriesScroll = static_cast<QScrollArea*>(m_splitter->widget(2));
+    const QSize panel = seriesScroll->widget()->sizeHint();
+    const int series =
+        panel.width() + 2 +
+        (panel.height() > seriesScroll->height() ? style()->pixelMetric(QStyle::PM_ScrollBarExtent)
+                                                 : 0);
+    const int room = m_splitter->width() - 2 * m_splitter->handleWidth();
+    m_splitter->setSizes(
+        {m_fileColumnWidth, std::max(0, room - m_fileColumnWidth - series), series});
 }
 
 void GraphWindowView::reject() {
@@ -379,14 +642,166 @@ void GraphWindowView::reject() {
     QDialog::reject();
 }
 
-void GraphWindowView::ShowReadoutTip(double /*x*/, double /*y*/) {
+void GraphWindowView::ShowReadoutTip() {
+    // With the scales on, the time stands at the top of the crosshair instead.
     const Control* vt = m_engine.Find("vt");
-    const QString text = vt != nullptr && vt->visible ? ToQt(vt->text) : QString();
+    const QString text =
+        !m_frame->scalesShown() && vt != nullptr && vt->visible ? ToQt(vt->text) : QString();
     if (m_canvas->toolTip() != text) {
         m_canvas->setToolTip(text);
         if (QToolTip::isVisible()) {
             QToolTip::showText(QCursor::pos(), text, m_canvas);
         }
+    }
+}
+
+// ---- Scales, crosshair and zoom ---------------------------------------------------------------
+
+int GraphWindowView::ScaleSeries() const {
+    const int count = static_cast<int>(m_engine.member().series.size());
+    if (m_picked >= 0 && m_picked < count && m_engine.ShowFlag(m_picked) == 1) {
+        return m_picked;
+    }
+    for (int s = 0; s < count; ++s) {
+        if (m_engine.ShowFlag(s) == 1) {
+            return s;
+        }
+    }
+    return kNoSeries;
+}
+
+void GraphWindowView::PickSeries(int series) {
+    if (m_picked == series) {
+        return;
+    }
+    m_picked = series;
+    Render();
+}
+
+void GraphWindowView::SetScalesShown(bool shown) {
+    if (m_scalesBox->isChecked() != shown) {
+        m_scalesBox->setChecked(shown);
+    }
+    m_frame->SetScalesShown(shown);
+    ShowReadoutTip();
+}
+
+void GraphWindowView::FoldFiles(bool folded) {
+    // The column of days and x-axis choices folds away and gives its room to the chart.
+    m_foldButton->setArrowType(folded ? Qt::RightArrow : Qt::LeftArrow);
+    QList<int> sizes = m_splitter->sizes();
+    const int room = sizes[0] + sizes[1];
+    sizes[0] = folded ? 0 : m_fileColumnWidth;
+    sizes[1] = std::max(0, room - sizes[0]);
+    m_splitter->setSizes(sizes);
+}
+
+void GraphWindowView::RenderScales() {
+    const std::tuple<std::uint64_t, int, int> key{m_canvas->clears(), ScaleSeries(),
+                                                  m_engine.ScaleFlag};
+    if (key != m_scalesKey) {
+        m_scalesKey = key;
+        m_frame->SetScales(ScalesOf(m_engine, ScaleSeries(), m_canvas->ScaleWidth(),
+                                    m_canvas->ScaleHeight(), m_state.settings.WSUnits));
+    }
+    if (m_crosshairAt && m_frame->scalesShown()) {
+        ShowCrosshair(*m_crosshairAt);
+    }
+}
+
+void GraphWindowView::ShowCrosshair(QPointF pixel) {
+    const ChartScales& scales = m_frame->scales();
+    if (scales.kind == ChartKind::None) {
+        m_frame->SetCrosshair(std::nullopt, false, {});
+        return;
+    }
+    if (scales.kind == ChartKind::Time) {
+        m_frame->SetCrosshair(pixel, false, ToQt(m_engine.Find("vt")->text));
+        return;
+    }
+    // The curves and the bands: both quantities under the mouse, read off the straight scales.
+    const double across = pixel.x() / std::max(1, m_canvas->width());
+    const double down = pixel.y() / std::max(1, m_canvas->height());
+    const auto text = [](const ChartScale& scale, double at) {
+        const double value = scale.ValueAt(at);
+        const std::string& title = scale.title;
+        const auto open = title.rfind('(');
+        const std::string unit =
+            open == std::string::npos ? title : title.substr(open + 1, title.size() - open - 2);
+        return QString::number(value, 'f', std::abs(value) < 100 ? 1 : 0) + QLatin1Char(' ') +
+               ToQt(unit);
+    };
+    m_frame->SetCrosshair(
+        pixel, true,
+        text(scales.vertical, down) + QStringLiteral(" at ") + text(scales.horizontal, across));
+}
+
+void GraphWindowView::TrackZooms() {
+    const int count = std::min(m_engine.RecordCount, kRecordLimit);
+    std::tuple<std::string, int, double, double> shown{m_engine.Find("FileName")->text, count,
+                                                       count > 0 ? m_engine.LogTime[1] : 0,
+                                                       count > 0 ? m_engine.LogTime[count] : 0};
+    if (shown == m_shown) {
+        return;
+    }
+    // Another read: of another log, the zooms start afresh; of the same log, the view it
+    // replaces is where "Whole day" goes back to.
+    if (std::get<0>(shown) != std::get<0>(m_shown)) {
+        m_history.Clear();
+    } else if (!m_goingBack && m_shownRange) {
+        m_history.Push(*m_shownRange);
+    }
+    m_shown = std::move(shown);
+    m_shownRange = RangeOfRecords(m_engine);
+}
+
+void GraphWindowView::ShowRange(MinuteRange range, bool back) {
+    m_goingBack = back;
+    RunHandler([&] {
+        m_engine.SetText("Time1h", FromQt(TwoDigits(range.start / 60)));
+        m_engine.SetText("Time1m", FromQt(TwoDigits(range.start % 60)));
+        m_engine.SetText("Time2h", FromQt(TwoDigits(range.finish / 60)));
+        m_engine.SetText("Time2m", FromQt(TwoDigits(range.finish % 60)));
+        m_engine.DisplayButton_Click();
+    });
+    m_goingBack = false;
+}
+
+void GraphWindowView::ZoomSteps(int steps, double anchor) {
+    if (ShownChart(m_engine) != ChartKind::Time || steps == 0) {
+        return;  // the curves and the bands have no time to zoom in
+    }
+    const std::optional<MinuteRange> range = RangeOfRecords(m_engine);
+    if (!range) {
+        return;
+    }
+    const std::optional<MinuteRange> zoomed =
+        Zoomed(*range, anchor, std::pow(0.5, static_cast<double>(steps)));
+    // A view that would hold less than a chart's two records is not read at all.
+    if (zoomed && (steps < 0 || RecordsInside(m_engine, *zoomed) >= 2)) {
+        ShowRange(*zoomed, false);
+    }
+}
+
+void GraphWindowView::Pan(double fraction) {
+    if (ShownChart(m_engine) != ChartKind::Time) {
+        return;
+    }
+    const std::optional<MinuteRange> range = RangeOfRecords(m_engine);
+    if (!range) {
+        return;
+    }
+    const std::optional<MinuteRange> panned = Panned(*range, fraction);
+    if (panned && RecordsInside(m_engine, *panned) >= 2) {
+        ShowRange(*panned, false);
+    }
+}
+
+void GraphWindowView::GoBack() {
+    if (const std::optional<MinuteRange> before = m_history.Back()) {
+        ShowRange(*before, true);
+    } else if (m_shownRange != kWholeDay && m_engine.RecordCount > 0) {
+        ShowRange(kWholeDay, true);
     }
 }
 
@@ -397,10 +812,12 @@ void GraphWindowView::Render() {
     if (windowTitle() != title) {
         setWindowTitle(title);
     }
+    TrackZooms();
     for (const auto& render : m_renders) {
         render();
     }
     RenderFiles();
+    RenderScales();
     if (m_engine.unloadedByExit && isVisible()) {
         accept();
     }
@@ -467,6 +884,57 @@ std::filesystem::path GraphWindowView::ChartImagePath() const {
     return InFolder(m_folder, "/Excel/" + m_engine.CsvName() + ".png");
 }
 
+std::filesystem::path GraphWindowView::ChartPdfPath() const {
+    return InFolder(m_folder, "/Excel/" + m_engine.CsvName() + ".pdf");
+}
+
+QImage GraphWindowView::ChartPage() {
+    brizalog::ChartPage page;
+    const std::string file = m_engine.Find("FileName")->text;
+    QStringList title;
+    for (const std::string& part :
+         {m_engine.caption, std::string(m_engine.member().name), file, LogDateText(file)}) {
+        if (!part.empty()) {
+            title << ToQt(part);
+        }
+    }
+    page.title = title.join(QStringLiteral("  ·  "));
+    page.subtitle = ToQt(m_engine.Find("Label7")->text);
+    const std::string& from = m_engine.Find("stime")->text;
+    const std::string& to = m_engine.Find("ftime")->text;
+    if (m_engine.RecordCount > 1) {
+        page.subtitle += QStringLiteral(", %1 to %2").arg(ToQt(from), ToQt(to));
+    }
+    page.chart = m_canvas->image();
+    // The picture always carries its scales, whether the window shows them or not.
+    page.scales = ScalesOf(m_engine, ScaleSeries(), m_canvas->ScaleWidth(), m_canvas->ScaleHeight(),
+                           m_state.settings.WSUnits);
+    page.font = font();
+    const GraphMember& member = m_engine.member();
+    switch (page.scales.kind) {
+        case ChartKind::Time:
+            for (std::size_t s = 0; s < member.series.size(); ++s) {
+                const int series = static_cast<int>(s);
+                if (m_engine.ShowFlag(series) == 1) {
+                    page.legend.push_back({ToQt(m_engine.Find(member.series[s].box)->text),
+                                           m_engine.SeriesColour(series)});
+                }
+            }
+            break;
+        case ChartKind::PowerVsRpm:
+        case ChartKind::PowerVsWind:
+            page.legend.push_back({QStringLiteral("Records"), kRed});
+            page.legend.push_back({QStringLiteral("Cube-law curve"), kGreen});
+            break;
+        case ChartKind::Distribution:
+            page.legend.push_back({QStringLiteral("Records in each 10 W band"), kRed});
+            break;
+        case ChartKind::None:
+            break;
+    }
+    return ChartPicture(page);
+}
+
 bool GraphWindowView::SaveChartImage() {
     bool saved = false;
     RunHandler([&] {
@@ -477,9 +945,41 @@ bool GraphWindowView::SaveChartImage() {
             m_dialogs.ShowMessage("No chart to save: choose a log first");
             return;
         }
-        saved = m_canvas->image().save(QString::fromStdString(path.string()), "PNG");
+        saved = ChartPage().save(QString::fromStdString(path.string()), "PNG");
         m_dialogs.ShowMessage(saved ? "Chart image saved as " + path.filename().string()
                                     : "The chart image could not be saved in " +
+                                          path.parent_path().string());
+    });
+    return saved;
+}
+
+bool GraphWindowView::SaveChartPdf() {
+    bool saved = false;
+    RunHandler([&] {
+        std::filesystem::path path;
+        try {
+            path = ChartPdfPath();
+        } catch (const Failure&) {
+            m_dialogs.ShowMessage("No chart to save: choose a log first");
+            return;
+        }
+        const QImage picture = ChartPage();
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(QString::fromStdString(path.string()));
+        printer.setPageOrientation(QPageLayout::Landscape);
+        printer.setDocName(QString::fromStdString(path.filename().string()));
+        QPainter painter;
+        if (painter.begin(&printer)) {
+            const QRect page = painter.viewport();
+            const QSize size = picture.size().scaled(page.size(), Qt::KeepAspectRatio);
+            painter.setViewport(page.x(), page.y(), size.width(), size.height());
+            painter.setWindow(picture.rect());
+            painter.drawImage(QRect(QPoint(0, 0), picture.size()), picture);
+            saved = painter.end() && std::filesystem::exists(path);
+        }
+        m_dialogs.ShowMessage(saved ? "Chart saved as PDF in " + path.string()
+                                    : "The PDF could not be written in " +
                                           path.parent_path().string());
     });
     return saved;
@@ -509,3 +1009,5 @@ void GraphWindowView::PrintForm(std::string_view /*window*/) {
 }
 
 }  // namespace brizalog
+
+#include "graph_window_view.moc"

@@ -9,10 +9,13 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "catalogue/channels.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/keyboard.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -132,10 +135,12 @@ CalibrationWindow::CalibrationWindow(SharedState& state, std::filesystem::path f
         }
     }
 
+    m_menu = menu;
+    m_rowsArea = new ScrollingArea(m_table, this);
     auto* layout = new QVBoxLayout(this);
     layout->setMenuBar(menu);
-    layout->addWidget(m_table);
-    layout->addStretch();
+    layout->addWidget(m_rowsArea, 1);
+    FitToScreen(this);
 
     AddRenderer(this, [this] { Render(); });
 }
@@ -157,11 +162,16 @@ void CalibrationWindow::reject() {
 void CalibrationWindow::Render() {
     const CalibrationModel& m = m_form.model();
     setWindowTitle(ToQt(m.caption));
-    ShowText(m_save, m.SAVEcalibration.text);
+    ShowMenuCaption(m_save, ToQt(m.SAVEcalibration.text));
     m_save->setEnabled(m.SAVEcalibration.enabled);
-    ShowText(m_exit, m.CalibrationExit.text);
-    if (m_table->isVisibleTo(this) == m.shrunk) {
-        m_table->setVisible(!m.shrunk);
+    ShowMenuCaption(m_exit, ToQt(m.CalibrationExit.text));
+    if (m_rowsArea->isVisibleTo(this) == m.shrunk) {
+        m_rowsArea->setVisible(!m.shrunk);
+        // Shrunk to its title, the window stays wide enough for the whole title and both menu
+        // entries: its message tells the user to press EXIT there.
+        const int title = fontMetrics().horizontalAdvance(windowTitle()) +
+                          fontMetrics().horizontalAdvance(QStringLiteral("M")) * 12;
+        setMinimumWidth(m.shrunk ? std::max(m_menu->sizeHint().width(), title) : 0);
         adjustSize();
     }
     for (int i = 1; i <= kMeasuredChannels; ++i) {

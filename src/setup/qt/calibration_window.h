@@ -7,6 +7,8 @@
 
 class QAction;
 class QLabel;
+class QMenuBar;
+class QScrollArea;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
@@ -51,6 +53,8 @@ private:
     TimerBackend& m_timers;
     RowWidgets m_rows[17];
     QWidget* m_table;
+    QScrollArea* m_rowsArea;
+    QMenuBar* m_menu;
     QAction* m_save;
     QAction* m_exit;
 };

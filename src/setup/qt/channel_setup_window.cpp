@@ -15,25 +15,24 @@
 #include "catalogue/channels.h"
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/theme.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
 namespace {
 
-// A name in its channel's colour, on a ground that keeps it readable: pale colours (yellow, the
-// light tints of the chart) on a dark ground, deep ones (blue, red) on a light one.
-// An inactive name is faded towards its ground.
+// A name in its channel's colour, on black or white, whichever it reads on best: every colour
+// reads at 4.5 : 1 or better on one of the two, in a light theme or a dark one. An inactive
+// name is faded towards its ground.
 QString NameStyle(int colour, bool active) {
     QColor text = ToQColor(colour);
-    const double brightness = 0.299 * text.red() + 0.587 * text.green() + 0.114 * text.blue();
-    const char* ground = brightness > 128 ? "#20242a" : "#f2f2f2";
+    const QColor ground = TextOn(text);
     if (!active) {
-        const QColor back(QString::fromLatin1(ground));
-        text.setRgb((text.red() + back.red()) / 2, (text.green() + back.green()) / 2,
-                    (text.blue() + back.blue()) / 2);
+        text = Mix(text, ground, 0.5);
     }
     return QStringLiteral("background-color: %1; color: %2; padding: 2px 8px; border-radius: 3px;")
-        .arg(QString::fromLatin1(ground), text.name());
+        .arg(ground.name(), text.name());
 }
 
 void Show(QWidget* widget, bool visible, bool enabled) {
@@ -79,11 +78,7 @@ ChannelSetupWindow::ChannelSetupWindow(std::string_view window, SharedState& sta
     grid->setRowStretch(kChannelCount + 1, 1);
     grid->setColumnStretch(column, 1);  // spare width goes right of the last column
 
-    m_scroll = new QScrollArea(this);
-    m_scroll->setWidget(rows);
-    m_scroll->setWidgetResizable(true);
-    m_scroll->setFrameShape(QFrame::NoFrame);
-    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll = new ScrollingArea(rows, this);
 
     m_save = new QPushButton(this);
     m_save->setObjectName(QStringLiteral("SaveSettings"));
@@ -104,6 +99,7 @@ ChannelSetupWindow::ChannelSetupWindow(std::string_view window, SharedState& sta
     layout->addWidget(m_scroll, 1);
     layout->addLayout(buttons);
 
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
 }
 
@@ -169,12 +165,8 @@ void ChannelSetupWindow::AddRow(QGridLayout* grid, int i) {
 
 void ChannelSetupWindow::Load() {
     RunHandler([this] { m_form.Form_Load(); });
-    // As wide as the rows and as tall as the offered rows need, within the screen; the rows
+    // As large as the offered rows need; FitToScreen keeps it within the screen, and the rows
     // scroll beyond that.
-    const QSize rows = m_scroll->widget()->sizeHint();
-    const int screenHeight = screen()->availableGeometry().height();
-    m_scroll->setMinimumSize(rows.width() + m_scroll->verticalScrollBar()->sizeHint().width(),
-                             std::min(rows.height(), screenHeight * 3 / 4));
     adjustSize();
 }
 
@@ -218,9 +210,13 @@ void ChannelSetupWindow::Render() {
             Show(w.tag, shown, row.XMLcode.enabled);
             ShowText(w.tag, row.XMLcode.text);
             // A tag that can be clicked looks like a link; an inert one is plain grey.
+            const QColor ground = palette().color(QPalette::Window);
             const QString tagStyle =
-                row.XMLcode.enabled ? QStringLiteral("color: #1f5fa8; text-decoration: underline;")
-                                    : QStringLiteral("color: #9a9a9a;");
+                row.XMLcode.enabled
+                    ? QStringLiteral("color: %1; text-decoration: underline;")
+                          .arg(ReadableOn(palette().color(QPalette::Link), ground).name())
+                    : QStringLiteral("color: %1;")
+                          .arg(Mix(palette().color(QPalette::WindowText), ground, 0.5).name());
             if (w.tag->styleSheet() != tagStyle) {
                 w.tag->setStyleSheet(tagStyle);
             }

@@ -11,6 +11,8 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/theme.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -32,10 +34,16 @@ ProgramSetupWindow::ProgramSetupWindow(SharedState& state, std::filesystem::path
     m_findPorts = new ClickableLabel(this);
     m_findPorts->setObjectName(QStringLiteral("Label7"));
     m_findPorts->setCursor(Qt::PointingHandCursor);
-    m_findPorts->setStyleSheet(QStringLiteral("color: #1f5fa8; text-decoration: underline;"));
+    m_findPorts->setStyleSheet(
+        QStringLiteral("color: %1; text-decoration: underline;")
+            .arg(ReadableOn(palette().color(QPalette::Link), palette().color(QPalette::Window))
+                     .name()));
     connect(m_findPorts, &ClickableLabel::clicked, this,
             [this] { RunHandler([this] { m_form.Label7_Click(); }); });
 
+    // Find ALL PORTS comes right after the port it helps to choose.
+    setTabOrder(m_port, m_findPorts);
+    setTabOrder(m_findPorts, m_baud);
     auto* portRow = new QHBoxLayout;
     portRow->addWidget(m_port);
     portRow->addWidget(m_findPorts);
@@ -80,12 +88,19 @@ ProgramSetupWindow::ProgramSetupWindow(SharedState& state, std::filesystem::path
     buttons->addStretch();
     buttons->addWidget(m_abort);
 
+    // The fields scroll when the screen is too small for them; the two buttons stay in view.
+    auto* body = new QWidget;
+    auto* bodyLayout = new QVBoxLayout(body);
+    bodyLayout->setContentsMargins(0, 0, 0, 0);
+    bodyLayout->addLayout(fields);
+    bodyLayout->addLayout(switches);
+    bodyLayout->addWidget(costs);
+    bodyLayout->addStretch();
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(fields);
-    layout->addLayout(switches);
-    layout->addWidget(costs);
+    layout->addWidget(new ScrollingArea(body, this), 1);
     layout->addSpacing(8);
     layout->addLayout(buttons);
+    FitToScreen(this);
 
     AddRenderer(this, [this] { Render(); });
 }

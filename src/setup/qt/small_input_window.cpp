@@ -8,6 +8,8 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/theme.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -23,11 +25,13 @@ SmallInputWindow::SmallInputWindow(std::string_view window, SharedState& state, 
         for (int i = 1; i <= 16; ++i) {
             QPushButton* swatch = LabelButton(i);
             const QColor colour = ToQColor(m_form.model().Label[i].colour);
-            const QColor text = colour.lightness() > 140 ? Qt::black : Qt::white;
+            // The swatch's colour is the chart's; its caption takes black or white, whichever
+            // reads on it.
+            const QColor text = TextOn(colour);
             swatch->setMinimumSize(em * 4, em * 3);
             swatch->setStyleSheet(QStringLiteral("QPushButton { background-color: %1; color: %2; "
                                                  "font-weight: bold; border: 1px solid #555; } "
-                                                 "QPushButton:focus { border: 3px solid #000; }")
+                                                 "QPushButton:focus { border: 3px solid %2; }")
                                       .arg(colour.name(), text.name()));
             grid->addWidget(swatch, (i - 1) / 8, (i - 1) % 8);
         }
@@ -51,6 +55,7 @@ SmallInputWindow::SmallInputWindow(std::string_view window, SharedState& state, 
         row->addWidget(LabelButton(2));
         layout->addLayout(row);
     }
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
 }
 

@@ -6,10 +6,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <filesystem>
 
 #include "support/virtual_desk.h"
 #include "ui/control_view.h"
+#include "ui/keyboard.h"
 #include "ui/qt_text.h"
+#include "ui/stale_shade.h"
 
 using brizalog::testing::SampleFrame;
 using brizalog::testing::VirtualDesk;
@@ -18,8 +21,9 @@ namespace brizalog {
 
 namespace {
 
+// What the user reads on an entry: its words, without the mark of its Alt letter.
 QString MenuCaption(const std::string& text) {
-    return ToQt(text).replace(QLatin1Char('&'), QStringLiteral("&&"));
+    return ToQt(text);
 }
 
 QString Text(VirtualDesk& desk, const std::string& name) {
@@ -53,7 +57,7 @@ private slots:
         for (const auto& entry : m.menuTree) {
             QAction* action = desk.window->menuAction(entry.name);
             QVERIFY2(action != nullptr, entry.name.c_str());
-            QCOMPARE(action->text(), MenuCaption(m.controls.Find(entry.name)->text));
+            QCOMPARE(ShownCaption(action->text()), MenuCaption(m.controls.Find(entry.name)->text));
         }
         QVERIFY(desk.window->menuAction("setsystem(0)")->isChecked());
 
@@ -184,6 +188,67 @@ private slots:
         qApp->removeEventFilter(&requests);
         QVERIFY(lamp->isVisible());
         QCOMPARE(requests.count, 0);
+    }
+
+    // The status bar: the device behind the port, the day's log, the frames and their rate, a
+    // device that has gone, and the program's notices, each source's latest.
+    void theStatusBarTellsWhatTheLoggerIsDoing() {
+        VirtualDesk desk;
+        std::filesystem::create_directory(desk.folder / "ports");
+        std::filesystem::create_symlink("/dev/null", desk.folder / "ports" / "COM3");
+        QVERIFY(desk.ShowSystem(8));
+        desk.Click("startMENU");
+        auto text = [&](const char* name) {
+            desk.window->UpdateStatus();
+            return desk.window->findChild<QLabel*>(QString::fromLatin1(name))->text();
+        };
+        QCOMPARE(text("statusPort"), QStringLiteral("COM3 \u2192 /dev/null"));
+        QCOMPARE(text("statusLogging"), QStringLiteral("logging to BZ_2026_03_07.txt + 2 more"));
+        QCOMPARE(text("statusFrame"), QStringLiteral("no frame yet"));
+        desk.clock.Set({2026, 3, 7, 14, 5, 9, 0});
+        desk.Receive(SampleFrame(8) + SampleFrame(8));
+        QCOMPARE(text("statusFrame"), QStringLiteral("last frame 14:05:09"));
+        QVERIFY(text("statusRate") != QStringLiteral("0.0 frames/s"));
+        desk.Click("stopMENU");
+        QCOMPARE(text("statusLogging"), QStringLiteral("not logging"));
+
+        desk.window->DeviceLost();
+        QCOMPARE(text("statusUnplugged"),
+                 QStringLiteral("device unplugged \u2014 waiting since 14:05:09"));
+        desk.window->DeviceBack();
+        QVERIFY(!desk.window->findChild<QLabel*>(QStringLiteral("statusUnplugged"))->isVisible());
+        desk.window->ShowNotice("mqtt", "broker unreachable");
+        desk.window->ShowNotice("log", "cannot write the day's log");
+        QCOMPARE(text("statusNotice"), QStringLiteral("log: cannot write the day's log \u00b7 "
+                                                      "mqtt: broker unreachable"));
+        desk.window->ShowNotice("log", "");
+        QCOMPARE(text("statusNotice"), QStringLiteral("mqtt: broker unreachable"));
+    }
+
+    // Three logging intervals without a frame (10 s at least) dim the panel under a note; the
+    // next frame lifts it at once. The cells keep the texts and colours the rules gave them.
+    void readingsWithoutFramesLookStaleUntilTheNextFrame() {
+        VirtualDesk desk;
+        QVERIFY(desk.ShowSystem(8));
+        desk.window->SetSecondsSource([&desk] { return SecondsSinceMidnight(desk.clock.Now()); });
+        auto* shade = desk.window->findChild<QWidget*>(QStringLiteral("staleShade"));
+        QVERIFY(shade != nullptr);
+        desk.Receive(SampleFrame(8));
+        const QString volts = Text(desk, "Volts(0)");
+        const QString style = desk.window->controlWidget("Volts(0)")->styleSheet();
+        const int logDelay = static_cast<int>(desk.form->state().settings.LogDelay);
+        desk.clock.Set(AddMilliseconds(desk.clock.Now(), 3 * logDelay * 1000 - 500));
+        desk.window->UpdateStatus();
+        QVERIFY(!shade->isVisible());
+        desk.clock.Set(AddMilliseconds(desk.clock.Now(), 1000));
+        desk.window->UpdateStatus();
+        QVERIFY(shade->isVisible());
+        QCOMPARE(StaleNote(), QStringLiteral("no data since 14:05:00"));
+        QCOMPARE(Text(desk, "Volts(0)"), volts);
+        QCOMPARE(desk.window->controlWidget("Volts(0)")->styleSheet(), style);
+        desk.Receive(SampleFrame(8));
+        QVERIFY(!shade->isVisible());
+        QVERIFY(StaleNote().isEmpty());
     }
 
     void exitWritesTheSettingsAndClosesTheWindow() {

@@ -5,7 +5,11 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSplitter>
 #include <QTest>
+#include <QWheelEvent>
 #include <set>
 
 #include "acquisition/brizalog.h"
@@ -13,6 +17,8 @@
 #include "acquisition/qt/platform.h"
 #include "app/desktop_dialogs.h"
 #include "catalogue/config_files.h"
+#include "catalogue/options.h"
+#include "history/qt/chart_frame.h"
 #include "support/history_desk.h"
 #include "ui/event_gate.h"
 
@@ -90,6 +96,21 @@ bool DrawsTheDay(GraphWindowView& view, const testing::HistoryDesk& desk) {
     return true;
 }
 
+std::vector<std::string> TimeLabels(GraphWindowView& view) {
+    std::vector<std::string> labels;
+    for (const ScaleTick& tick : view.chartFrame().scales().horizontal.ticks) {
+        labels.push_back(tick.label);
+    }
+    return labels;
+}
+
+void Wheel(PlotCanvas& plot, double fraction, int notches) {
+    const QPointF at(plot.width() * fraction, plot.height() / 2.0);
+    QWheelEvent wheel(at, plot.mapToGlobal(at), {}, QPoint(0, 120 * notches), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&plot, &wheel);
+}
+
 }  // namespace
 
 class GraphWindowViewTest : public QObject {
@@ -144,7 +165,8 @@ private slots:
         testing::Mouse(plot, QEvent::MouseMove, 0.25);
         const std::string at = desk.Text("vt");
         QVERIFY2(std::abs(Minutes(at.substr(0, 2), at.substr(3, 2)) - 360) <= 5, at.c_str());
-        QCOMPARE(plot.toolTip(), QString::fromStdString(at));
+        // The time stands at the top of the crosshair.
+        QCOMPARE(desk.view->chartFrame().crosshairLabel(), QString::fromStdString(at));
         QVERIFY(desk.Text("vv").ends_with(" V"));
         QVERIFY(std::stod(desk.Text("vv")) > 20);
         QVERIFY(desk.Text("sv").ends_with(" m/s"));
@@ -198,10 +220,142 @@ private slots:
 
         Click(desk.view.get(), "SaveChartImage");
         const QImage saved(QString::fromStdString(desk.view->ChartImagePath().string()));
-        QCOMPARE(saved.size(), desk.view->canvas().image().size());
+        QVERIFY(saved.width() > desk.view->canvas().image().width());
+        QVERIFY(saved.height() > desk.view->canvas().image().height());
         QCOMPARE(desk.view->ChartImagePath().filename().string(), name + ".png");
         QCOMPARE(desk.dialogs.messages,
                  (std::vector<std::string>{"Done", "Chart image saved as " + name + ".png"}));
+
+        // Under the chart, the legend: each shown series' colour on its own swatch, which the
+        // chart above cannot supply since the legend lies below everything drawn.
+        const int chartBottom = saved.height() * 3 / 4;
+        const QImage legend =
+            saved.copy(0, chartBottom, saved.width(), saved.height() - chartBottom);
+        const std::set<QRgb> legendColours = Colours(legend);
+        const GraphWindow& graph = desk.view->engine();
+        for (int s = 0; s < static_cast<int>(graph.member().series.size()); ++s) {
+            QVERIFY2(legendColours.count(ToRgb(graph.SeriesColour(s))) == 1,
+                     graph.member().series[static_cast<std::size_t>(s)].box.data());
+        }
+
+        desk.dialogs.messages.clear();
+        Click(desk.view.get(), "SaveChartPdf");
+        QFile pdf(QString::fromStdString(desk.view->ChartPdfPath().string()));
+        QVERIFY(pdf.open(QIODevice::ReadOnly));
+        QVERIFY(pdf.read(5) == "%PDF-");
+        QCOMPARE(desk.dialogs.messages,
+                 std::vector<std::string>{"Chart saved as PDF in " +
+                                          desk.view->ChartPdfPath().string()});
+    }
+
+    void theScalesFollowTheViewAndTheWheelZoomsWhereWholeDayComesBackFrom() {
+        testing::HistoryDesk desk("GraphBZ");
+        desk.Open();
+        desk.ClickDay();
+        GraphWindowView& view = *desk.view;
+        QCOMPARE(TimeLabels(view), (std::vector<std::string>{"00:00", "03:00", "06:00", "09:00",
+                                                             "12:00", "15:00", "18:00", "21:00"}));
+        QVERIFY(!view.chartFrame().scales().vertical.empty());
+        const int wholeDay = view.engine().RecordCount;
+
+        // Two notches at three quarters of the day: a quarter of it, around six in the evening.
+        Wheel(view.canvas(), 0.75, 2);
+        const int start = Minutes(desk.Text("Time1h"), desk.Text("Time1m"));
+        const int finish = Minutes(desk.Text("Time2h"), desk.Text("Time2m"));
+        QVERIFY2(std::abs(finish - start - 360) < 10 && start < 1080 && finish > 1080,
+                 qPrintable(QStringLiteral("%1 to %2").arg(start).arg(finish)));
+        QVERIFY(std::abs(view.engine().RecordCount - wholeDay / 4) < wholeDay / 40);
+        QCOMPARE(TimeLabels(view).front().substr(3), std::string("00"));
+
+        // Typed hours read as a zoom too; the labels stay inside the hour.
+        for (const auto& [box, text] :
+             {std::pair{"Time1h", "12"}, {"Time1m", "00"}, {"Time2h", "13"}, {"Time2m", "00"}}) {
+            view.engine().SetText(box, text);
+        }
+        Click(&view, "DisplayButton");
+        QVERIFY(TimeLabels(view).size() >= 4);
+        for (const std::string& label : TimeLabels(view)) {
+            QVERIFY2(label.starts_with("12:") || label == "13:00", label.c_str());
+        }
+        // The keys on the chart: right pans by a tenth, Backspace goes back zoom by zoom.
+        view.canvas().setFocus();
+        QTest::keyClick(&view.canvas(), Qt::Key_Right);
+        QCOMPARE(desk.Text("Time1m"), std::string("07"));
+        QTest::keyClick(&view.canvas(), Qt::Key_Backspace);
+        QCOMPARE(desk.Text("Time1h") + desk.Text("Time1m"), std::string("1201"));
+        QTest::keyClick(&view.canvas(), Qt::Key_Backspace);
+        QCOMPARE(Minutes(desk.Text("Time1h"), desk.Text("Time1m")), start);
+        Click(&view, "WholeDay");
+        QCOMPARE(view.engine().RecordCount, wholeDay);
+        QCOMPARE(view.zoomDepth(), std::size_t{0});
+        Click(&view, "WholeDay");  // nothing further back
+        QCOMPARE(view.engine().RecordCount, wholeDay);
+        QVERIFY(desk.dialogs.messages.empty());
+
+        // The curves have no time to zoom: the wheel leaves them alone.
+        Click(&view, "XAxisRPM");
+        Wheel(view.canvas(), 0.5, 1);
+        QCOMPARE(desk.Text("Label7"), std::string("Power vs RPM"));
+        QCOMPARE(view.chartFrame().scales().vertical.title, std::string("Power (W)"));
+    }
+
+    void withoutScalesTheChartIsExactlyAsDrawnAndTheChoiceIsKept() {
+        testing::HistoryDesk desk("GraphBZ");
+        desk.Open();
+        desk.ClickDay();
+        GraphWindowView& view = *desk.view;
+        PlotCanvas& plot = view.canvas();
+        testing::Mouse(plot, QEvent::MouseMove, 0.5);
+        QVERIFY(plot.grab().toImage() != plot.image());  // grid and crosshair over the picture
+
+        Click(&view, "Scales");
+        QCOMPARE(plot.geometry(), view.chartFrame().rect());
+        testing::Mouse(plot, QEvent::MouseMove, 0.4);
+        QCOMPARE(plot.grab().toImage().convertToFormat(QImage::Format_RGB32),
+                 plot.image().convertToFormat(QImage::Format_RGB32));
+        QCOMPARE(view.chartFrame().grab().toImage().pixel(0, 0), plot.image().pixel(0, 0));
+        QCOMPARE(ReadOptions(desk.folder).Text("ChartScales"), std::string("0"));
+
+        testing::HistoryDesk again("GraphBZ");
+        again.state.options = ReadOptions(desk.folder);
+        again.view = std::make_unique<GraphWindowView>(*FindGraphMember("GraphBZ"), again.state,
+                                                       desk.folder, again.clock, again.dialogs);
+        QVERIFY(!again.view->chartFrame().scalesShown());
+    }
+
+    void theChartTakesTheWindowAndNothingIsOutOfReach() {
+        testing::HistoryDesk desk("GraphBZ");
+        // The first-run blue of channel 17 cannot be read on the dark panel: its name gets a chip.
+        desk.state.channels.LineColour[17] = 16711680;
+        desk.Open();
+        desk.ClickDay();
+        GraphWindowView& view = *desk.view;
+        auto* watts = view.findChild<QCheckBox*>(QStringLiteral("CheckWatts"));
+        QVERIFY(watts->styleSheet().contains(QStringLiteral("background-color")));
+        QVERIFY(!view.findChild<QCheckBox*>(QStringLiteral("CheckVolts"))
+                     ->styleSheet()
+                     .contains(QStringLiteral("background-color")));
+
+        for (const QSize size : {QSize(1280, 720), QSize(1600, 860)}) {
+            view.resize(size);
+            QApplication::processEvents();
+            QVERIFY2(view.canvas().width() >= size.width() * 7 / 10,
+                     qPrintable(
+                         QStringLiteral("%1 of %2").arg(view.canvas().width()).arg(size.width())));
+        }
+        // Folding the days away gives their room to the chart.
+        const int before = view.canvas().width();
+        Click(&view, "FoldDays");
+        QApplication::processEvents();
+        QCOMPARE(view.splitter().sizes().front(), 0);
+        QVERIFY(view.canvas().width() > before);
+
+        // Far smaller than its contents, the window scrolls to every control.
+        view.resize(500, 160);
+        QApplication::processEvents();
+        auto* scroll = view.findChild<QScrollArea*>(QStringLiteral("windowScroll"));
+        QVERIFY(scroll->horizontalScrollBar()->maximum() > 0);
+        QVERIFY(scroll->verticalScrollBar()->maximum() > 0);
     }
 
     void printingWithoutAPrinterSaysSoOnceAndTheDarkChartReturns() {
