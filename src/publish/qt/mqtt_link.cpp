@@ -98,7 +98,7 @@ MqttLink::Counts MqttLink::counts() const {
 }
 
 std::string MqttLink::Where() const {
-    return "MQTT broker " + m_settings.host + ":" + std::to_string(m_settings.port);
+    return "broker " + m_settings.host + ":" + std::to_string(m_settings.port);
 }
 
 void MqttLink::Tell(const std::string& text) {
@@ -300,7 +300,7 @@ std::string MqttLink::Reason(int rc, int error) const {
         case MOSQ_ERR_TLS:
         case MOSQ_ERR_TLS_HANDSHAKE:
             return "TLS failed" + (m_lastError.empty() ? std::string() : ": " + m_lastError) +
-                   " (check MqttCaFile, or MqttInsecure for a self-signed broker)";
+                   "; check MqttCaFile, or MqttInsecure for a self-signed broker";
         case MOSQ_ERR_CONN_LOST:
             return "connection lost";
         default:

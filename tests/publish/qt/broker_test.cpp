@@ -304,7 +304,7 @@ private slots:
         link.Configure(s);
         link.Send(State("brizalog/test/x/state", 1));
         QTRY_VERIFY_WITH_TIMEOUT(link.counts().delivered == 1, 5000);
-        QVERIFY(notices.told.last().startsWith("publishing to MQTT broker 127.0.0.1:"));
+        QVERIFY(notices.told.last().startsWith("publishing to broker 127.0.0.1:"));
 
         // The same in MQTT 3.1.1, whose refusals have codes of their own.
         notices.told.clear();
