@@ -353,6 +353,9 @@ bool Brizalog::ClickMenu(std::string_view name, int index) {
     if (name == "optionsMENU") {
         OpenWindow("Options", true);
         LoadOptions();
+        if (m_observer != nullptr) {
+            m_observer->AfterOptions();
+        }
         return true;
     }
     if (name == "startMENU") {

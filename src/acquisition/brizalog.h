@@ -15,14 +15,17 @@
 
 namespace brizalog {
 
-// Told when a logging tick or a calculated frame has run to its end, so that something beside
-// the system (publishing to a broker) can read the state it left. An observer never throws and
-// never waits: it runs on the user-interface thread inside the handler.
+// Told when a logging tick or a calculated frame has run to its end, and when the Options window
+// has closed, so that something beside the system (publishing to a broker) can read the state
+// it left. An observer never throws and never waits: it runs on the user-interface thread inside
+// the handler.
 class FormObserver {
 public:
     virtual ~FormObserver() = default;
     virtual void AfterTick() = 0;
     virtual void AfterFrame() = 0;
+    // After the Options window has closed and its choices are in the state.
+    virtual void AfterOptions() {}
 };
 
 // The main form `Brizalog`: the application. It owns the shared state, the serial port, the

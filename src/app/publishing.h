@@ -16,9 +16,6 @@ public:
     Publishing(const Publishing&) = delete;
     Publishing& operator=(const Publishing&) = delete;
 
-    // After the Options window has saved: the new choices reach the broker at once.
-    void Reconfigure() { m_publisher.Reconfigure(); }
-
     const MqttLink& link() const { return m_link; }
 
 private:

@@ -25,10 +25,7 @@ FormPublisher::~FormPublisher() {
 }
 
 void FormPublisher::Start() {
-    Contained([&] {
-        m_form.state().options = ReadOptions(m_form.programFolder());
-        m_publisher.Configure(m_form.state());
-    });
+    Contained([&] { m_publisher.Configure(m_form.state()); });
 }
 
 void FormPublisher::Reconfigure() {
@@ -40,6 +37,10 @@ void FormPublisher::AfterTick() {
         m_publisher.Configure(m_form.state());
         m_publisher.AfterTick(m_form.state(), m_form.model().caption);
     });
+}
+
+void FormPublisher::AfterOptions() {
+    Reconfigure();
 }
 
 void FormPublisher::AfterFrame() {

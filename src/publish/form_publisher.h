@@ -16,15 +16,15 @@ public:
     FormPublisher(const FormPublisher&) = delete;
     FormPublisher& operator=(const FormPublisher&) = delete;
 
-    // Reads options.cfg into the form's options and configures the link: at start-up, and
-    // whenever the options may have changed on disk.
+    // Configures the link from the form's options, which its start-up has read: once, after
+    // the start-up.
     void Start();
-    // Takes the options in memory again (after the Options window); each tick does so as well,
-    // so a change reaches the broker at the next tick at the latest.
+    // Takes the options in memory again; each tick does so as well.
     void Reconfigure();
 
     void AfterTick() override;
     void AfterFrame() override;
+    void AfterOptions() override;
 
     const Publisher& publisher() const { return m_publisher; }
 

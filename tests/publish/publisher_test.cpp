@@ -322,9 +322,12 @@ TEST(Publishing, SettingsDecideWhatIsSentAndAChangeOfSiteTakesTheOldEntitiesBack
     PublishingForm f(1);
     f.ThreeFramesAndATick("[<V1>13</V1><A1>4</A1>]");
     f.link.sent.clear();
-    f.state().options.Set("MqttSite", "Barn");
-    f.ThreeFramesAndATick("[<V1>13</V1><A1>4</A1>]");
+    f.folder.Write("options.cfg", "<MqttEnabled>1</MqttEnabled>\r\n<MqttSite>Barn</MqttSite>\r\n");
+    f.form.stopMENU_Click();  // the Setup menu, and Options in it, wait while logging
+    ASSERT_TRUE(f.form.Click("optionsMENU"));  // the Options window saved and closed
     ASSERT_EQ(f.link.configured.size(), 2u);
+    f.form.startMENU_Click();
+    f.ThreeFramesAndATick("[<V1>13</V1><A1>4</A1>]");
     EXPECT_EQ(f.link.configured[1].site, "barn");
     EXPECT_EQ(Config(f.link, "v1"), "");  // sent before the link moved on
     EXPECT_NE(f.link.Last("homeassistant/sensor/brizalog_barn/v1/config"), nullptr);

@@ -98,7 +98,7 @@ MqttLink::Counts MqttLink::counts() const {
 }
 
 std::string MqttLink::Where() const {
-    return "MQTT broker " + m_settings.host + ":" + std::to_string(m_settings.port);
+    return "broker " + m_settings.host + ":" + std::to_string(m_settings.port);
 }
 
 void MqttLink::Tell(const std::string& text) {
@@ -127,6 +127,7 @@ void MqttLink::Run() {
             // before the link moves on.
             Leave(Clock::now() + milliseconds(1000));
             m_settings = next;
+            m_protocol = m_tuning.protocol;
             m_birth.clear();
             if (m_settings.enabled) {
                 StartClient();
@@ -146,8 +147,7 @@ void MqttLink::Run() {
                 const auto seconds =
                     std::chrono::duration_cast<std::chrono::seconds>(m_tuning.answerTimeout);
                 Fail(Where() + " accepted the connection but did not answer within " +
-                         std::to_string(seconds.count()) + " s (retrying)",
-                     m_tuning.longestBackoff);
+                     std::to_string(seconds.count()) + " s (retrying)");
             }
             if (m_phase == Phase::Connected) {
                 Deliver();
@@ -288,7 +288,7 @@ void MqttLink::Connect() {
         m_phase = Phase::Connecting;
         return;
     }
-    Fail(Where() + ": " + Reason(rc, errno) + " (retrying)", m_tuning.longestBackoff);
+    Fail(Where() + ": " + Reason(rc, errno) + " (retrying)");
 }
 
 std::string MqttLink::Reason(int rc, int error) const {
@@ -300,7 +300,7 @@ std::string MqttLink::Reason(int rc, int error) const {
         case MOSQ_ERR_TLS:
         case MOSQ_ERR_TLS_HANDSHAKE:
             return "TLS failed" + (m_lastError.empty() ? std::string() : ": " + m_lastError) +
-                   " (check MqttCaFile, or MqttInsecure for a self-signed broker)";
+                   "; check MqttCaFile, or MqttInsecure for a self-signed broker";
         case MOSQ_ERR_CONN_LOST:
             return "connection lost";
         default:
@@ -308,17 +308,17 @@ std::string MqttLink::Reason(int rc, int error) const {
     }
 }
 
-void MqttLink::Fail(const std::string& reason, milliseconds backoff) {
+void MqttLink::Fail(const std::string& reason, bool refused) {
     if (m_phase == Phase::Connected) {
         mosquitto_disconnect(m_client);
     }
     m_phase = Phase::Waiting;
     m_connected = false;
-    if (backoff == m_tuning.refusedBackoff) {
-        m_nextAttempt = Clock::now() + backoff;
+    if (refused) {
+        m_nextAttempt = Clock::now() + m_tuning.refusedBackoff;
     } else {
         m_nextAttempt = Clock::now() + m_backoff;
-        m_backoff = std::min(m_backoff * 2, backoff);
+        m_backoff = std::min(m_backoff * 2, m_tuning.longestBackoff);
     }
     Tell(reason);
 }
@@ -326,9 +326,14 @@ void MqttLink::Fail(const std::string& reason, milliseconds backoff) {
 void MqttLink::Lost(int rc) {
     const int error = errno;
     const bool wasConnected = m_phase == Phase::Connected;
+    // A broker of MQTT 3.1 answers a CONNECT of version 5 in its own terms, which libmosquitto
+    // cannot read; the next attempt speaks 3.1.1.
+    if (!wasConnected && m_protocol == 5 && rc == MOSQ_ERR_PROTOCOL) {
+        m_protocol = 4;
+        mosquitto_int_option(m_client, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V311);
+    }
     Fail(Where() + ": " + (wasConnected ? std::string("connection lost") : Reason(rc, error)) +
-             " (retrying)",
-         m_tuning.longestBackoff);
+         " (retrying)");
 }
 
 void MqttLink::Connected(int rc) {
@@ -373,7 +378,7 @@ void MqttLink::Connected(int rc) {
             std::to_string(
                 std::chrono::duration_cast<std::chrono::seconds>(m_tuning.refusedBackoff).count()) +
             " s)",
-        m_tuning.refusedBackoff);
+        true);
 }
 
 void MqttLink::Deliver() {

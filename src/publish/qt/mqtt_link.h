@@ -35,6 +35,9 @@ public:
         std::chrono::milliseconds longestBackoff{4000};   // between attempts after a failure
         std::chrono::milliseconds refusedBackoff{30000};  // after a refused login
         int keepaliveSeconds = 30;
+        // MQTT 5 (5), which falls back to 3.1.1 for a broker that refuses it; 3.1.1 (4) from the
+        // start.
+        int protocol = 5;
     };
 
     MqttLink();
@@ -67,7 +70,9 @@ private:
     void EndClient();
     void Leave(std::chrono::steady_clock::time_point by);
     void Connect();
-    void Fail(const std::string& reason, std::chrono::milliseconds backoff);
+    // Leaves the attempt or the session and tries again later: after the growing backoff, or
+    // after refusedBackoff when the broker refused the login.
+    void Fail(const std::string& reason, bool refused = false);
     void Deliver();
     void Tell(const std::string& text);
     std::string Reason(int rc, int error) const;

@@ -304,7 +304,19 @@ private slots:
         link.Configure(s);
         link.Send(State("brizalog/test/x/state", 1));
         QTRY_VERIFY_WITH_TIMEOUT(link.counts().delivered == 1, 5000);
-        QVERIFY(notices.told.last().startsWith("publishing to MQTT broker 127.0.0.1:"));
+        QVERIFY(notices.told.last().startsWith("publishing to broker 127.0.0.1:"));
+
+        // The same in MQTT 3.1.1, whose refusals have codes of their own.
+        notices.told.clear();
+        quick.protocol = 4;
+        MqttLink older(quick);
+        s.password = "wrong";
+        older.Configure(s);
+        QTRY_VERIFY_WITH_TIMEOUT(notices.Any("refused the login: Connection Refused"), 5000);
+        s.password = "s3cret";
+        older.Configure(s);
+        older.Send(State("brizalog/test/x/state", 2));
+        QTRY_VERIFY_WITH_TIMEOUT(older.counts().delivered == 1, 5000);
     }
 
     void tlsWithASelfSignedAuthority() {
