@@ -211,6 +211,7 @@ void MainWindow::BuildPanel() {
     central->setStyleSheet(PanelStyle(palette()));
     setCentralWidget(new ScrollingArea(central, this));
     m_panel = central;
+    m_channelTitleWidth = fontMetrics().horizontalAdvance(QStringLiteral("M")) * 14;
     new StaleShade(centralWidget());
     auto* layout = new QVBoxLayout(central);
     layout->setContentsMargins(10, 8, 10, 8);
@@ -280,6 +281,7 @@ void MainWindow::BuildPanel() {
             QGroupBox* cell = AddGroup("Frame5" + index, m.Frame5[k]);
             cell->setParent(group);
             cell->setProperty("channel", true);
+            m_groups.back().channel = true;
             auto* grid = new QGridLayout(cell);
             grid->setAlignment(Qt::AlignTop);
             grid->setVerticalSpacing(3);
@@ -401,8 +403,14 @@ void MainWindow::Render() {
     if (captionsChanged) {
         AssignMnemonics(menuBar());  // Alt+letter, without a word of the captions changed
     }
-    for (const Group& group : m_groups) {
-        ShowGroup(group.box, *group.control);
+    for (Group& group : m_groups) {
+        if (group.channel) {
+            // A channel's name longer than its cell is cut, whole in the tooltip.
+            ShowElidedTitle(group.box, group.control->text, m_channelTitleWidth, group.shown);
+            ShowState(group.box, *group.control);
+        } else {
+            ShowGroup(group.box, *group.control);
+        }
     }
     for (const Cell& cell : m_cells) {
         ShowLabel(cell.value, *cell.control);

@@ -2,13 +2,18 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QGroupBox>
+#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "catalogue/config_files.h"
+#include "catalogue/files.h"
 #include "support/window_desk.h"
+#include "ui/qt_text.h"
 #include "ui/window_fit.h"
 
 namespace brizalog {
@@ -96,6 +101,34 @@ private slots:
             QVERIFY2(!seen.isEmpty(), opening.click);
             QVERIFY2(misfits.isEmpty(), qPrintable(misfits.join(QStringLiteral("; "))));
         }
+    }
+
+    // A channel's name longer than its place is cut, on the panel and in the forms alike, and
+    // the whole name is in the tooltip.
+    void aLongNameIsCutWithTheWholeNameInItsTooltip() {
+        WindowDesk desk;
+        desk.AllChannelsOn();
+        ChannelTable table;
+        LoadChannelTable(ReadWholeFile(desk.folder / "channels.cfg"), table);
+        const std::string name = "Heat pump in the far barn behind the orchard, south wall";
+        table.ChannelName[19] = name;
+        WriteChannelTable(table, desk.folder);
+        desk.StartOnDesktop();
+        desk.Click("setsystem(3)");
+        auto* group = qobject_cast<QGroupBox*>(desk.window->controlWidget("Frame5(1)"));
+        QVERIFY(group->title().endsWith(QChar(0x2026)));
+        QCOMPARE(group->toolTip(), ToQt(name));
+        QString shown;
+        QString tip;
+        desk.OnEachWindow([&](QWidget* window) {
+            auto* label = testing::Child<QLabel>(window, "dataCHANNEL(19)");
+            shown = label->text();
+            tip = label->toolTip();
+            window->close();
+        });
+        desk.Click("logging(3)");
+        QVERIFY(shown.endsWith(QChar(0x2026)));
+        QVERIFY(tip.startsWith(ToQt(name)));
     }
 
     void aWindowOpensWhereItWasLastClosedAndADamagedFileIsForgiven() {
