@@ -168,8 +168,11 @@ QSize ScrollingArea::sizeHint() const {
     if (widget() == nullptr) {
         return QScrollArea::sizeHint();
     }
+    // Room for a vertical scroll bar too: when the screen is too short for the contents, the bar
+    // takes its width from the contents' and would otherwise bring a horizontal bar along.
     const int frame = 2 * frameWidth();
-    return widget()->sizeHint().expandedTo(widget()->minimumSizeHint()) + QSize(frame, frame);
+    const int bar = verticalScrollBar()->sizeHint().width();
+    return widget()->sizeHint().expandedTo(widget()->minimumSizeHint()) + QSize(frame + bar, frame);
 }
 
 QSize ScrollingArea::minimumSizeHint() const {
