@@ -129,6 +129,10 @@ MainWindow::MainWindow(Brizalog& form, QWidget* parent)
     KeepMnemonics(menuBar());
 }
 
+MainWindow::~MainWindow() {
+    SetStaleNote(QString());
+}
+
 QAction* MainWindow::menuAction(const std::string& name) const {
     const auto it = m_actions.find(name);
     return it == m_actions.end() ? nullptr : it->second;

@@ -35,6 +35,8 @@ class MainWindow : public QMainWindow {
 
 public:
     explicit MainWindow(Brizalog& form, QWidget* parent = nullptr);
+    // The stale note goes with the window whose silence it told.
+    ~MainWindow() override;
 
     // Shows the model as it stands now.
     void Render();
