@@ -179,7 +179,7 @@ void MainWindow::BuildMenus() {
 QGroupBox* MainWindow::AddGroup(const std::string& name, const Control& control) {
     auto* box = new QGroupBox(this);
     box->setObjectName(ToQt(name));
-    m_groups.push_back({&control, box});
+    m_groups.push_back({&control, box, false, {}});
     m_widgets[name] = box;
     return box;
 }
