@@ -68,6 +68,36 @@ inline void ShowLabel(QLabel* label, const Control& control) {
     ShowColours(label, control);
 }
 
+// A name that may be longer than its place (a channel's name in a form or a panel group): cut to
+// `width` pixels with an ellipsis, the whole name in the tooltip, with `hint` under it. `shown`
+// keeps the text last shown, so a render of an unchanged name costs a comparison.
+template <typename Widget, typename SetText>
+void ShowElided(Widget* widget, const std::string& text, int width, std::string& shown,
+                const QString& hint, SetText setText) {
+    if (shown == text && !shown.empty()) {
+        return;
+    }
+    shown = text;
+    const QString whole = ToQt(text);
+    const QString cut = widget->fontMetrics().elidedText(whole, Qt::ElideRight, width);
+    setText(cut);
+    const QString tip = cut == whole     ? hint
+                        : hint.isEmpty() ? whole
+                                         : whole + QLatin1Char('\n') + hint;
+    widget->setToolTip(tip);
+}
+
+inline void ShowElidedLabel(QLabel* label, const std::string& text, int width, std::string& shown,
+                            const QString& hint = QString()) {
+    ShowElided(label, text, width, shown, hint, [label](const QString& t) { label->setText(t); });
+}
+
+inline void ShowElidedTitle(QGroupBox* group, const std::string& text, int width,
+                            std::string& shown) {
+    ShowElided(group, text, width, shown, QString(),
+               [group](const QString& t) { group->setTitle(t); });
+}
+
 inline void ShowGroup(QGroupBox* group, const Control& control) {
     if (!ShowsText(group->title(), control.text)) {
         group->setTitle(ToQt(control.text));

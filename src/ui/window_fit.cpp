@@ -97,14 +97,20 @@ private:
         const QSize frame = FrameOf(m_window);
         QScreen* screen = ScreenOf(m_window, remembered ? std::optional(position) : std::nullopt);
         const QRect area = screen->availableGeometry();
-        if (!remembered) {
-            // Centred where Qt would have put it: over its parent, or on the screen.
-            const QWidget* parent = m_window->parentWidget();
-            const QRect around = parent != nullptr && parent->window()->isVisible()
-                                     ? parent->window()->frameGeometry()
-                                     : area;
-            position = around.center() - QPoint((size.width() + frame.width()) / 2,
-                                                (size.height() + frame.height()) / 2);
+        const QWidget* parent = m_window->parentWidget();
+        const bool overParent = parent != nullptr && parent->window()->isVisible();
+        if (!remembered && overParent) {
+            // Centred over its parent, as a dialog opens.
+            position =
+                parent->window()->frameGeometry().center() -
+                QPoint((size.width() + frame.width()) / 2, (size.height() + frame.height()) / 2);
+        } else if (!remembered && !m_window->testAttribute(Qt::WA_Moved)) {
+            // A window of its own (the main window, a monitor) opening for the first time is
+            // placed by the window manager, beside the others rather than on top of them.
+            const WindowPlace fitted = FitPlace({area.x(), area.y(), size.width(), size.height()},
+                                                ToPlace(area), frame.width(), frame.height());
+            m_window->resize(fitted.width, fitted.height);
+            return;
         }
         const WindowPlace fitted =
             FitPlace({position.x(), position.y(), size.width(), size.height()}, ToPlace(area),
@@ -168,8 +174,11 @@ QSize ScrollingArea::sizeHint() const {
     if (widget() == nullptr) {
         return QScrollArea::sizeHint();
     }
+    // Room for a vertical scroll bar too: when the screen is too short for the contents, the bar
+    // takes its width from the contents' and would otherwise bring a horizontal bar along.
     const int frame = 2 * frameWidth();
-    return widget()->sizeHint().expandedTo(widget()->minimumSizeHint()) + QSize(frame, frame);
+    const int bar = verticalScrollBar()->sizeHint().width();
+    return widget()->sizeHint().expandedTo(widget()->minimumSizeHint()) + QSize(frame + bar, frame);
 }
 
 QSize ScrollingArea::minimumSizeHint() const {

@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -130,6 +131,10 @@ MainWindow::MainWindow(Brizalog& form, QWidget* parent)
     KeepMnemonics(menuBar());
 }
 
+MainWindow::~MainWindow() {
+    SetStaleNote(QString());
+}
+
 QAction* MainWindow::menuAction(const std::string& name) const {
     const auto it = m_actions.find(name);
     return it == m_actions.end() ? nullptr : it->second;
@@ -192,7 +197,7 @@ void MainWindow::BuildMenus() {
 QGroupBox* MainWindow::AddGroup(const std::string& name, const Control& control) {
     auto* box = new QGroupBox(this);
     box->setObjectName(ToQt(name));
-    m_groups.push_back({&control, box});
+    m_groups.push_back({&control, box, false, {}});
     m_widgets[name] = box;
     return box;
 }
@@ -229,7 +234,10 @@ void MainWindow::BuildPanel() {
     central->setStyleSheet(PanelStyle(palette()));
     setCentralWidget(new ScrollingArea(central, this));
     m_panel = central;
-    new StaleShade(centralWidget());
+    m_channelTitleWidth = fontMetrics().horizontalAdvance(QStringLiteral("M")) * 14;
+    // Over the viewport: the note stays in view, left of the scroll bar, wherever the panel is
+    // scrolled to.
+    new StaleShade(static_cast<QScrollArea*>(centralWidget())->viewport());
     auto* layout = new QVBoxLayout(central);
     layout->setContentsMargins(10, 8, 10, 8);
     layout->setSpacing(6);
@@ -298,6 +306,7 @@ void MainWindow::BuildPanel() {
             QGroupBox* cell = AddGroup("Frame5" + index, m.Frame5[k]);
             cell->setParent(group);
             cell->setProperty("channel", true);
+            m_groups.back().channel = true;
             auto* grid = new QGridLayout(cell);
             grid->setAlignment(Qt::AlignTop);
             grid->setVerticalSpacing(3);
@@ -419,8 +428,14 @@ void MainWindow::Render() {
     if (captionsChanged) {
         AssignMnemonics(menuBar());  // Alt+letter, without a word of the captions changed
     }
-    for (const Group& group : m_groups) {
-        ShowGroup(group.box, *group.control);
+    for (Group& group : m_groups) {
+        if (group.channel) {
+            // A channel's name longer than its cell is cut, whole in the tooltip.
+            ShowElidedTitle(group.box, group.control->text, m_channelTitleWidth, group.shown);
+            ShowState(group.box, *group.control);
+        } else {
+            ShowGroup(group.box, *group.control);
+        }
     }
     for (const Cell& cell : m_cells) {
         ShowLabel(cell.value, *cell.control);
@@ -454,6 +469,7 @@ void MainWindow::BuildStatusBar() {
         auto* text = new QLabel(this);
         text->setObjectName(QString::fromLatin1(name));
         text->setToolTip(tip);
+        text->setContentsMargins(4, 0, 10, 0);
         return text;
     };
     m_portText = label("statusPort", QStringLiteral("The port and the device it stands for"));
@@ -462,14 +478,17 @@ void MainWindow::BuildStatusBar() {
     m_frameText = label("statusFrame", QStringLiteral("When the last frame came in"));
     m_rateText = label("statusRate", QStringLiteral("Frames per second over the last 10 s"));
     m_unpluggedText = label("statusUnplugged", QString());
-    m_unpluggedText->setStyleSheet(QStringLiteral("font-weight: bold;"));
+    QFont bold = m_unpluggedText->font();
+    bold.setBold(true);
+    m_unpluggedText->setFont(bold);
     m_unpluggedText->hide();
     m_noticeText = new ElidedLabel(this);
     m_noticeText->setObjectName(QStringLiteral("statusNotice"));
     m_noticeText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     QStatusBar* bar = statusBar();
     bar->setSizeGripEnabled(true);
-    for (QLabel* text : {m_portText, m_loggingText, m_frameText, m_rateText, m_unpluggedText}) {
+    // A device that has gone comes first: it is what the user has to act on.
+    for (QLabel* text : {m_unpluggedText, m_portText, m_loggingText, m_frameText, m_rateText}) {
         bar->addWidget(text);
     }
     bar->addWidget(m_noticeText, 1);
@@ -555,9 +574,12 @@ void MainWindow::UpdateStatus() {
     SetStaleNote(stale ? QString::fromStdString(*stale) : QString());
     show(m_portText, m_status.PortText());
     show(m_loggingText, m_status.LoggingText());
-    show(m_frameText, m_status.LastFrameText());
-    show(m_rateText, m_status.RateText(seconds));
-    show(m_unpluggedText, m_status.UnpluggedText());
+    // While the device is away the rate is nought and the last frame came about when it went:
+    // their place goes to the time it went, which a narrow window would otherwise cut.
+    const std::string unplugged = m_status.UnpluggedText();
+    show(m_frameText, unplugged.empty() ? m_status.LastFrameText() : std::string());
+    show(m_rateText, unplugged.empty() ? m_status.RateText(seconds) : std::string());
+    show(m_unpluggedText, unplugged);
     QStringList notices;
     for (const std::string& notice : m_status.Notices()) {
         notices << QString::fromStdString(notice);

@@ -35,6 +35,8 @@ class MainWindow : public QMainWindow {
 
 public:
     explicit MainWindow(Brizalog& form, QWidget* parent = nullptr);
+    // The stale note goes with the window whose silence it told.
+    ~MainWindow() override;
 
     // Shows the model as it stands now.
     void Render();
@@ -72,6 +74,8 @@ private:
     struct Group {
         const Control* control;
         QGroupBox* box;
+        bool channel = false;  // a channel cell, captioned with the channel's name
+        std::string shown;
     };
 
     void BuildMenus();
@@ -99,7 +103,9 @@ private:
     std::vector<Group> m_groups;
     std::vector<std::pair<const Control*, QLabel*>> m_labels;
 
-    QWidget* m_panel = nullptr;  // inside the scroll area that is the central widget
+    QWidget* m_panel = nullptr;
+    int m_channelTitleWidth = 0;  // pixels for a channel's name over its cell  // inside the scroll
+                                  // area that is the central widget
     QVBoxLayout* m_groupStack = nullptr;
     Lamp* m_dataOK = nullptr;
     Lamp* m_logOK = nullptr;

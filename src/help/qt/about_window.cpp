@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QVBoxLayout>
+#include <QWidget>
 
 #include "catalogue/version.h"
 #include "ui/qt_text.h"
@@ -42,12 +43,18 @@ AboutWindow::AboutWindow(QWidget* parent) : QDialog(parent) {
     buttons->addWidget(info);
     buttons->addWidget(ok);
 
+    // The texts scroll on a screen too small for them; the buttons stay in view.
+    auto* body = new QWidget;
+    auto* texts = new QVBoxLayout(body);
+    texts->setContentsMargins(12, 8, 12, 0);
+    texts->addWidget(title);
+    texts->addWidget(version);
+    texts->addSpacing(8);
+    texts->addWidget(description);
+    texts->addStretch();
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(24, 20, 24, 16);
-    layout->addWidget(title);
-    layout->addWidget(version);
-    layout->addSpacing(8);
-    layout->addWidget(description);
+    layout->setContentsMargins(12, 12, 12, 12);
+    layout->addWidget(new ScrollingArea(body, this), 1);
     layout->addSpacing(12);
     layout->addLayout(buttons);
     FitToScreen(this);

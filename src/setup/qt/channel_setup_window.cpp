@@ -128,7 +128,6 @@ void ChannelSetupWindow::AddRow(QGridLayout* grid, int i) {
 
     if (m_form.HasLimitsAndColours()) {
         w.name->setCursor(Qt::PointingHandCursor);
-        w.name->setToolTip(QStringLiteral("Click to rename the channel"));
         connect(w.name, &ClickableLabel::clicked, this,
                 [this, i] { RunHandler([this, i] { m_form.dataCHANNEL_Click(i); }); });
 
@@ -188,7 +187,12 @@ void ChannelSetupWindow::Render() {
             w.check->setChecked(row.CheckEnable.checked);
         }
         Show(w.name, shown, row.dataCHANNEL.enabled);
-        ShowText(w.name, row.dataCHANNEL.text);
+        // A long name is cut to its column; the whole name is in its tooltip.
+        ShowElidedLabel(w.name, row.dataCHANNEL.text,
+                        w.name->fontMetrics().horizontalAdvance(QStringLiteral("M")) * 22,
+                        w.nameShown,
+                        m_form.HasLimitsAndColours() ? QStringLiteral("Click to rename the channel")
+                                                     : QString());
         const int colour =
             row.dataCHANNEL.foreColour == kDefaultColour ? 0xFFFFFF : row.dataCHANNEL.foreColour;
         const QString style = NameStyle(colour, row.dataCHANNEL.enabled);

@@ -43,6 +43,7 @@ private:
         QComboBox* limit = nullptr;
         QPushButton* colour = nullptr;
         ClickableLabel* tag = nullptr;
+        std::string nameShown;
     };
     void AddRow(QGridLayout* grid, int i);
 

@@ -12,6 +12,7 @@
 #include "displays/qt/monitor_view.h"
 #include "support/window_desk.h"
 #include "ui/event_gate.h"
+#include "ui/keyboard.h"
 #include "ui/plot_canvas.h"
 
 namespace brizalog {
@@ -118,7 +119,7 @@ private slots:
         // The pause entry stops the list's timer and says so.
         QAction* pause = d.View("rawCOMMS")->findChild<QAction*>(QStringLiteral("pause"));
         pause->trigger();
-        QCOMPARE(pause->text(), QStringLiteral("Resume"));
+        QCOMPARE(ShownCaption(pause->text()), QStringLiteral("Resume"));
         QVERIFY(!d.View("rawCOMMS")->monitor().Timer1.Enabled());
     }
 

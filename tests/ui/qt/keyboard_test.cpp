@@ -99,7 +99,7 @@ private slots:
             opened << window->objectName();
             if (opened.size() == 1) {
                 window->activateWindow();
-                QTest::qWaitForWindowActive(window);
+                [[maybe_unused]] const bool active = QTest::qWaitForWindowActive(window);
                 auto* name = Child<ClickableLabel>(window, "dataCHANNEL(1)");
                 auto* check = Child<QWidget>(window, "CheckEnable(1)");
                 check->setFocus();

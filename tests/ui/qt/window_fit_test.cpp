@@ -2,13 +2,18 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QGroupBox>
+#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "catalogue/config_files.h"
+#include "catalogue/files.h"
 #include "support/window_desk.h"
+#include "ui/qt_text.h"
 #include "ui/window_fit.h"
 
 namespace brizalog {
@@ -98,10 +103,37 @@ private slots:
         }
     }
 
+    // A channel's name longer than its place is cut, on the panel and in the forms alike, and
+    // the whole name is in the tooltip.
+    void aLongNameIsCutWithTheWholeNameInItsTooltip() {
+        WindowDesk desk;
+        desk.AllChannelsOn();
+        ChannelTable table;
+        LoadChannelTable(ReadWholeFile(desk.folder / "channels.cfg"), table);
+        const std::string name = "Heat pump in the far barn behind the orchard, south wall";
+        table.ChannelName[19] = name;
+        WriteChannelTable(table, desk.folder);
+        desk.StartOnDesktop();
+        desk.Click("setsystem(3)");
+        auto* group = qobject_cast<QGroupBox*>(desk.window->controlWidget("Frame5(1)"));
+        QVERIFY(group->title().endsWith(QChar(0x2026)));
+        QCOMPARE(group->toolTip(), ToQt(name));
+        QString shown;
+        QString tip;
+        desk.OnEachWindow([&](QWidget* window) {
+            auto* label = testing::Child<QLabel>(window, "dataCHANNEL(19)");
+            shown = label->text();
+            tip = label->toolTip();
+            window->close();
+        });
+        desk.Click("logging(3)");
+        QVERIFY(shown.endsWith(QChar(0x2026)));
+        QVERIFY(tip.startsWith(ToQt(name)));
+    }
+
     void aWindowOpensWhereItWasLastClosedAndADamagedFileIsForgiven() {
         QTemporaryDir folder;
         SetWindowPlacesFolder(folder.path().toStdString());
-        const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
         auto open = [] {
             auto* window = new QWidget;
             window->setObjectName(QStringLiteral("BarGraphs"));
@@ -112,7 +144,7 @@ private slots:
         };
         {
             auto first = open();
-            QVERIFY((first->frameGeometry().center() - area.center()).manhattanLength() < 4);
+            QCOMPARE(first->size(), QSize(120, 90));
             first->setGeometry(20, 30, 150, 100);
             first->close();
         }
@@ -124,7 +156,9 @@ private slots:
         damaged.write("<BarGraphs>20,30,150</BarGraphs>\r\n");
         damaged.close();
         SetWindowPlacesFolder(folder.path().toStdString());
-        QVERIFY((open()->frameGeometry().center() - area.center()).manhattanLength() < 4);
+        const auto again = open();
+        QCOMPARE(again->size(), QSize(120, 90));
+        QVERIFY(again->geometry() != QRect(20, 30, 150, 100));
         SetWindowPlacesFolder({});
     }
 };
@@ -142,7 +176,11 @@ int main(int argc, char* argv[]) {
         "width": 1366, "height": 768, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
     config.close();
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
-    qputenv("QT_SCALE_FACTOR", "2");
+    // 200 % unless the run asks for another scale (QT_SCALE_FACTOR=1 QT_FONT_DPI=150: large
+    // fonts at 100 %).
+    if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) {
+        qputenv("QT_SCALE_FACTOR", "2");
+    }
     QApplication app(argc, argv);
     brizalog::WindowFitTest test;
     return QTest::qExec(&test, argc, argv);
