@@ -244,8 +244,16 @@ void Brizalog::OpenWindow(std::string_view name, bool modal) {
 bool Brizalog::Click(std::string_view name) {
     for (const AddedMenuEntry& entry : kAddedMenuEntries) {
         if (name == entry.name) {
-            if (Reachable(entry.parent)) {
-                OpenWindow(entry.window, false);
+            if (!Reachable(entry.parent)) {
+                return true;
+            }
+            OpenWindow(entry.window, entry.editsOptions);
+            // Brizalog's own choices reach the running program when their window closes.
+            if (entry.editsOptions) {
+                LoadOptions();
+                if (m_observer != nullptr) {
+                    m_observer->AfterOptions();
+                }
             }
             return true;
         }
@@ -307,7 +315,6 @@ bool Brizalog::ClickMenu(std::string_view name, int index) {
         {"previewLOGdata", "dataTOlog", false},
         {"rawFRAMEtext", "displayRAWdata", false},
         {"graphingDEMO", "GraphDEMO", true},
-        {"energyMENU", "Energy", false},
         {"Helpmenu", "info", true},
         {"about", "frmAbout", true},
     };
@@ -347,15 +354,6 @@ bool Brizalog::ClickMenu(std::string_view name, int index) {
     if (name == "CALIBRATIONmenu") {
         OpenWindow("CALIBRATION", true);
         LoadConfigFiles();
-        return true;
-    }
-    // Brizalog's own choices; they reach the running program when the window closes.
-    if (name == "optionsMENU") {
-        OpenWindow("Options", true);
-        LoadOptions();
-        if (m_observer != nullptr) {
-            m_observer->AfterOptions();
-        }
         return true;
     }
     if (name == "startMENU") {

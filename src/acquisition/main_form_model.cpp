@@ -44,7 +44,6 @@ MainFormModel::MainFormModel() {
     Caption(setdisplaychannels, "setup Display channels");
     Caption(CALIBRATIONmenu, "Channel Calibration");
     Caption(rawdatamenu, "raw DATA");
-    Caption(optionsMENU, "Options...");
     Caption(NOW, "Now");
     Caption(plot, "Plot");
     Caption(plotwindmill1, "1 Windmill #1");
@@ -64,7 +63,6 @@ MainFormModel::MainFormModel() {
     Caption(graphingCC_QX, "CurrentCostQX");
     Caption(PlotGraphRE, "RE house");
     Caption(PlotGraphML, "PULSE and MISC logs");
-    Caption(energyMENU, "Energy...");
     Caption(Help, "Help");
     Caption(Helpmenu, "General help");
     Caption(commInfohelp, "COMM info");
@@ -138,7 +136,6 @@ MainFormModel::MainFormModel() {
     menuArray("display", display, "setdisplaychannels");
     menu("CALIBRATIONmenu", CALIBRATIONmenu, "setup");
     menu("rawdatamenu", rawdatamenu, "setup");
-    menu("optionsMENU", optionsMENU, "setup");
     menu("NOW", NOW, "");
     menu("plot", plot, "NOW");
     menu("plotwindmill1", plotwindmill1, "plot");
@@ -158,7 +155,6 @@ MainFormModel::MainFormModel() {
     menu("graphingCC_QX", graphingCC_QX, "history");
     menu("PlotGraphRE", PlotGraphRE, "history");
     menu("PlotGraphML", PlotGraphML, "history");
-    menu("energyMENU", energyMENU, "history");
     menu("Help", Help, "");
     menu("Helpmenu", Helpmenu, "Help");
     menu("commInfohelp", commInfohelp, "Help");

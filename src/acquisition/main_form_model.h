@@ -13,7 +13,7 @@ namespace brizalog {
 // its own name. Control arrays are C arrays indexed as the system indexes them. The window layer
 // renders this model after each handler and forwards the user's events to the handlers.
 // Brizalog's own menu entries: each stands after the specified entries of its menu and opens a
-// window of Brizalog's own, without a modal wait. They are kept out of the model's controls and
+// window of Brizalog's own. They are kept out of the model's controls and
 // menu tree, so that everything the main form is specified to show, and its dump, stays as it
 // is; an entry is reachable when its menu is.
 struct AddedMenuEntry {
@@ -21,8 +21,12 @@ struct AddedMenuEntry {
     std::string_view parent;  // the specified menu it stands in
     std::string_view caption;
     std::string_view window;
+    // The window edits options.cfg: the running program reads it again when the window closes.
+    bool editsOptions = false;
 };
 inline constexpr AddedMenuEntry kAddedMenuEntries[] = {
+    {"optionsMENU", "setup", "Options...", "Options", true},
+    {"energyMENU", "history", "Energy...", "Energy"},
     {"BrizalogManual", "Help", "Brizalog manual", "BrizalogManual"},
 };
 
@@ -85,7 +89,6 @@ struct MainFormModel {
     Control display[9];
     Control CALIBRATIONmenu;
     Control rawdatamenu;
-    Control optionsMENU;  // Brizalog's own choices, last in the Setup menu
     Control NOW;
     Control plot;
     Control plotwindmill1;
@@ -105,7 +108,6 @@ struct MainFormModel {
     Control graphingCC_QX;
     Control PlotGraphRE;
     Control PlotGraphML;
-    Control energyMENU;  // Brizalog's own: the Energy window, in every system type
     Control Help;
     Control Helpmenu;
     Control commInfohelp;

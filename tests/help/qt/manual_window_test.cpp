@@ -17,6 +17,7 @@
 #include "acquisition/qt/main_window.h"
 #include "catalogue/virtual_platform.h"
 #include "help/qt/manual_window.h"
+#include "ui/keyboard.h"
 
 namespace brizalog {
 
@@ -157,7 +158,7 @@ private slots:
         MainWindow main(form);
         QAction* manual = main.menuAction("BrizalogManual");
         QVERIFY(manual != nullptr);
-        QCOMPARE(manual->text(), QStringLiteral("Brizalog manual"));
+        QCOMPARE(ShownCaption(manual->text()), QStringLiteral("Brizalog manual"));
         auto* help = main.findChild<QMenu*>(QStringLiteral("Help"));
         QVERIFY(help != nullptr);
         QCOMPARE(help->actions().back(), manual);
