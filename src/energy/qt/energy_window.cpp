@@ -40,6 +40,7 @@
 #include "catalogue/files.h"
 #include "catalogue/options.h"
 #include "ui/qt_text.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -114,6 +115,7 @@ EnergyWindow::EnergyWindow(SharedState& state, std::filesystem::path folder, Civ
     // Fits a 1366 × 768 screen with its panel and the window's frame.
     const QSize fit = screen() != nullptr ? screen()->availableGeometry().size() * 0.95 : QSize();
     resize(fit.isValid() ? QSize(1180, 640).boundedTo(fit) : QSize(1180, 640));
+    FitToScreen(this);
     Render();  // the period and its empty table until the logs are read
 
     auto* previous = new QShortcut(QKeySequence(Qt::Key_PageUp), this);

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "ui/qt_text.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -221,6 +222,7 @@ ManualWindow::ManualWindow(std::vector<std::filesystem::path> folders, QWidget* 
         size = size.boundedTo(screen->availableGeometry().size() * 9 / 10);
     }
     resize(size);
+    FitToScreen(this);
 }
 
 void ManualWindow::Load() {

@@ -38,6 +38,7 @@
 #include "ui/event_gate.h"
 #include "ui/plot_canvas.h"
 #include "ui/qt_text.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -173,6 +174,8 @@ GraphWindowView::GraphWindowView(const GraphMember& member, SharedState& state,
         size = size.boundedTo(screen->availableGeometry().size() - QSize(16, 48));
     }
     resize(size);
+    // Opens where the user left it, and never larger than the screen it opens on.
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
 }
 

@@ -16,6 +16,7 @@
 
 #include "ui/control_view.h"
 #include "ui/event_gate.h"
+#include "ui/window_fit.h"
 
 namespace brizalog {
 
@@ -116,6 +117,7 @@ OptionsWindow::OptionsWindow(std::filesystem::path folder, Dialogs& dialogs, QWi
     const int height = std::min(rows->sizeHint().height() + buttons->sizeHint().height() + em * 3,
                                 screen.height() * 85 / 100);
     resize(width, height);
+    FitToScreen(this);
     AddRenderer(this, [this] { Render(); });
 }
 
