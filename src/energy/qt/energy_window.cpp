@@ -243,7 +243,8 @@ QWidget* EnergyWindow::BuildBars() {
     m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 6);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->horizontalHeader()->setStretchLastSection(true);
+    // The notes take what the figures leave of the table's width.
+    m_table->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
     connect(m_table, &QTableWidget::cellActivated, this, [this](int row, int) { Drill(row); });
     split->addWidget(m_barView);
     split->addWidget(m_table);
@@ -525,7 +526,12 @@ void EnergyWindow::RenderBars(const std::vector<PeriodEnergy>& periods) {
     values->setTitleText(tr("kWh"));
     values->setRange(0, top > 0 ? top * 1.08 : 1);
     values->applyNiceNumbers();
-    values->setLabelFormat(values->max() >= 10 ? QStringLiteral("%.0f") : QStringLiteral("%.1f"));
+    // As many decimals as the scale's steps need: a first day of a few watt-hours still reads.
+    const double span = values->max();
+    values->setLabelFormat(span >= 10    ? QStringLiteral("%.0f")
+                           : span >= 1   ? QStringLiteral("%.1f")
+                           : span >= 0.1 ? QStringLiteral("%.2f")
+                                         : QStringLiteral("%.3f"));
     chart->addAxis(categories, Qt::AlignBottom);
     chart->addAxis(values, Qt::AlignLeft);
     series->attachAxis(categories);
@@ -576,7 +582,9 @@ void EnergyWindow::RenderTable(const std::vector<PeriodEnergy>& periods) {
         bold.setBold(true);
         m_table->item(row, column)->setFont(bold);
     }
-    m_table->resizeColumnsToContents();
+    for (int column = 0; column < 3; ++column) {
+        m_table->resizeColumnToContents(column);
+    }
 }
 
 void EnergyWindow::Drill(int index) {
