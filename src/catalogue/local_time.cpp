@@ -91,4 +91,15 @@ bool ParseLocalDateTime(const std::string& text, LocalDateTime& t) {
     return true;
 }
 
+long DaysFromCivil(int year, int month, int day) {
+    // Counted in eras of 400 years, which repeat the calendar exactly.
+    const long y = year - (month <= 2 ? 1 : 0);
+    const long era = (y >= 0 ? y : y - 399) / 400;
+    const long yoe = y - era * 400;
+    const long mp = (month + 9) % 12;
+    const long doy = (153 * mp + 2) / 5 + day - 1;
+    const long doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
+    return era * 146097 + doe - 719468;
+}
+
 }  // namespace brizalog

@@ -26,6 +26,8 @@ std::string HoursMinutes(const LocalDateTime& t);
 std::string LongTime(const LocalDateTime& t);
 // Seconds since midnight, with the fraction.
 double SecondsSinceMidnight(const LocalDateTime& t);
+// Days from 1970-01-01 to the civil date, on the proleptic Gregorian calendar (negative before).
+long DaysFromCivil(int year, int month, int day);
 // The same wall-clock time moved by `milliseconds` (may be negative), across days and months.
 LocalDateTime AddMilliseconds(const LocalDateTime& t, long long milliseconds);
 // Parses "YYYY-MM-DD HH:MM:SS[.fff]"; false when the text is not such a time.

@@ -9,6 +9,7 @@
 
 #include "catalogue/failure.h"
 #include "catalogue/files.h"
+#include "catalogue/local_time.h"
 #include "catalogue/text_rules.h"
 
 namespace brizalog {
@@ -157,14 +158,7 @@ const std::vector<LogName>& FilesOf(const LoggedDay& day, LogFamily family) {
 }  // namespace
 
 long DayNumber(const CivilDate& date) {
-    // Days from civil, on the proleptic Gregorian calendar, in eras of 400 years.
-    const long y = date.year - (date.month <= 2 ? 1 : 0);
-    const long era = (y >= 0 ? y : y - 399) / 400;
-    const long yoe = y - era * 400;
-    const long mp = (date.month + 9) % 12;
-    const long doy = (153 * mp + 2) / 5 + date.day - 1;
-    const long doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + doe - 719468;
+    return DaysFromCivil(date.year, date.month, date.day);
 }
 
 CivilDate DateOfDayNumber(long dayNumber) {

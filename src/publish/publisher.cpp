@@ -177,14 +177,8 @@ bool IsWildcardOrSlash(char c) {
 
 double DaySeconds(const LocalDateTime& t) {
     // Days from the civil date, so that the once-a-second rule holds across midnight.
-    const int y = t.year - (t.month <= 2 ? 1 : 0);
-    const int era = (y >= 0 ? y : y - 399) / 400;
-    const int yoe = y - era * 400;
-    const int mp = (t.month + 9) % 12;
-    const int doy = (153 * mp + 2) / 5 + t.day - 1;
-    const int doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    const double days = static_cast<double>(era) * 146097.0 + doe;
-    return days * 86400.0 + SecondsSinceMidnight(t);
+    return static_cast<double>(DaysFromCivil(t.year, t.month, t.day)) * 86400.0 +
+           SecondsSinceMidnight(t);
 }
 
 }  // namespace
