@@ -10,11 +10,10 @@ namespace brizalog {
 void FileHealth::Write(std::string_view source, std::string_view what,
                        const std::filesystem::path& path, bool remakeFolder,
                        const std::function<void()>& write) {
-    auto found = m_failing.find(source);
-    if (found == m_failing.end()) {
-        found = m_failing.emplace(std::string(source), false).first;
-    }
-    bool& failing = found->second;
+    // Each file on its own: of the three logs of system 8, one that cannot be written says so
+    // once while the other two go on.
+    const std::string key = std::string(source) + '\n' + path.string();
+    const bool failing = m_failing.count(key) != 0;
     try {
         try {
             write();
@@ -36,19 +35,14 @@ void FileHealth::Write(std::string_view source, std::string_view what,
             const std::string reason = file != nullptr ? file->reason() : failure.what();
             TellNotice(source,
                        std::string(what) + " " + path.string() + " cannot be written: " + reason);
-            failing = true;
+            m_failing.insert(key);
         }
         throw;
     }
     if (failing) {
-        failing = false;
+        m_failing.erase(key);
         TellNotice(source, std::string(what) + " " + path.string() + " is written again");
     }
-}
-
-bool FileHealth::Failing(std::string_view source) const {
-    const auto found = m_failing.find(source);
-    return found != m_failing.end() && found->second;
 }
 
 }  // namespace brizalog

@@ -171,6 +171,21 @@ TEST(UnattendedLogging, AFullDiskIsToldOnceWithItsPathAndOnceWhenItHasRoom) {
     }
 }
 
+// Of the three logs of system 8, one on a device that is always full: it is told once, and the
+// other two, written at every tick, do not make it look recovered.
+TEST(UnattendedLogging, OneLogOfThreeThatCannotBeWrittenIsToldOnceWhileTheOthersGoOn) {
+    Rig rig(true, 8);
+    rig.form.startMENU_Click();
+    NoticeLog notices;
+    fs::create_symlink("/dev/full", rig.folder.path() / "logs/RE_2026_03_07.txt");
+    for (int minute = 1; minute <= 3; ++minute) {
+        rig.Tick(minute);
+    }
+    ASSERT_EQ(notices.lines.size(), 1u);
+    EXPECT_NE(notices.lines[0].find("RE_2026_03_07.txt cannot be written"), std::string::npos);
+    EXPECT_EQ(Lines(rig.Read(kLog)).size(), 3u);
+}
+
 // A logs folder that has gone is made again by the unattended logger, which says so; the
 // desktop passes over it until the user makes it again.
 TEST(UnattendedLogging, AVanishedLogsFolderIsMadeAgainOnlyWhenUnattended) {
