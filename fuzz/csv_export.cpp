@@ -14,15 +14,6 @@ using namespace brizalog::fuzz;
 
 namespace {
 
-struct Member {
-    const char* window;
-    const char* file;
-};
-constexpr Member kMembers[] = {
-    {"GraphBZ", "BZ_2026_03_07.txt"}, {"GraphDEMO", "WD_2026_03_07.txt"},
-    {"GraphRE", "RE_2026_03_07.txt"}, {"GraphML", "ML_2026_03_07.txt"},
-    {"GraphCC", "CC_2026_03_07.txt"}, {"GraphCC_QX", "CC_2026_03_07.txt"},
-};
 constexpr const char* kTimeBoxes[] = {"Time1h", "Time1m", "Time2h", "Time2m"};
 
 // Any text written in a number's place that is no finite number.
@@ -55,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fs::create_directories(folder / "Excel");
 
     Input in(data, size);
-    const Member& member = kMembers[in.Byte() % std::size(kMembers)];
+    const GraphLog& member = kGraphLogs[in.Byte() % std::size(kGraphLogs)];
     const std::uint8_t flags = in.Byte();
     std::string times[4];
     for (std::string& time : times) {

@@ -105,4 +105,15 @@ private:
     std::size_t m_at = 0;
 };
 
+// Each graph window with the name of a log of its own family, for the harnesses that load a day.
+struct GraphLog {
+    const char* window;
+    const char* file;
+};
+inline constexpr GraphLog kGraphLogs[] = {
+    {"GraphBZ", "BZ_2026_03_07.txt"}, {"GraphDEMO", "WD_2026_03_07.txt"},
+    {"GraphRE", "RE_2026_03_07.txt"}, {"GraphML", "ML_2026_03_07.txt"},
+    {"GraphCC", "CC_2026_03_07.txt"}, {"GraphCC_QX", "CC_2026_03_07.txt"},
+};
+
 }  // namespace brizalog::fuzz

@@ -12,15 +12,6 @@ using namespace brizalog::fuzz;
 
 namespace {
 
-struct Member {
-    const char* window;
-    const char* file;
-};
-constexpr Member kMembers[] = {
-    {"GraphBZ", "BZ_2026_03_07.txt"}, {"GraphDEMO", "WD_2026_03_07.txt"},
-    {"GraphRE", "RE_2026_03_07.txt"}, {"GraphML", "ML_2026_03_07.txt"},
-    {"GraphCC", "CC_2026_03_07.txt"}, {"GraphCC_QX", "CC_2026_03_07.txt"},
-};
 constexpr const char* kClicks[] = {"XAxisRPM",     "XAxisWind", "Distribution", "XAxisTime",
                                    "CheckScaling", "av",        "aa1",          "DisplayButton"};
 
@@ -41,12 +32,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return s;
     }();
     Input in(data, size);
-    const Member& member = kMembers[in.Byte() % std::size(kMembers)];
+    const GraphLog& member = kGraphLogs[in.Byte() % std::size(kGraphLogs)];
     const std::uint8_t clicks = in.Byte();
     const double x = in.Byte();
     const double y = in.Byte();
     // Only this input's log is in the folder, so that File1 lists what this member reads.
-    static const Member* previous = nullptr;
+    static const GraphLog* previous = nullptr;
     if (previous != nullptr && std::string_view(previous->file) != member.file) {
         std::filesystem::remove(folder / "logs" / previous->file);
     }

@@ -147,14 +147,8 @@ TimerBackend& DesktopDialogs::WindowTimers() {
 // A monitor that is open already is only brought to the front, as the user asked to see it; its
 // opening does not run again (a plot keeps the mode it opened with).
 void DesktopDialogs::OpenMonitorWindow(std::string_view name) {
-    if (QWidget* open = OpenMonitor(name)) {
-        open->raise();
-        open->activateWindow();
+    if (BroughtToFront(name)) {
         return;
-    }
-    if (!m_closeWatch && m_parent) {
-        m_closeWatch = std::make_unique<CloseWatch>([this] { CloseMonitors(); });
-        m_parent->installEventFilter(m_closeWatch.get());
     }
     MonitorView* view =
         MakeMonitorView(name, m_form->state(), *this, m_form->PlotMode, WindowTimers());
@@ -170,14 +164,8 @@ void DesktopDialogs::OpenMonitorWindow(std::string_view name) {
 }
 
 void DesktopDialogs::OpenEnergy(std::string_view name) {
-    if (QWidget* open = OpenMonitor(name)) {
-        open->raise();
-        open->activateWindow();
+    if (BroughtToFront(name)) {
         return;
-    }
-    if (!m_closeWatch && m_parent) {
-        m_closeWatch = std::make_unique<CloseWatch>([this] { CloseMonitors(); });
-        m_parent->installEventFilter(m_closeWatch.get());
     }
     const LocalDateTime now = m_form->clock().Now();
     auto* window = new EnergyWindow(m_form->state(), m_form->programFolder(),
@@ -189,6 +177,22 @@ void DesktopDialogs::OpenEnergy(std::string_view name) {
     }
     window->show();
     window->Load();
+}
+
+// A window that stands beside the main window (a monitor, Energy) and is open already is only
+// brought to the front. Otherwise the main window's close is watched, so that closing it closes
+// every such window.
+bool DesktopDialogs::BroughtToFront(std::string_view name) {
+    if (QWidget* open = OpenMonitor(name)) {
+        open->raise();
+        open->activateWindow();
+        return true;
+    }
+    if (!m_closeWatch && m_parent) {
+        m_closeWatch = std::make_unique<CloseWatch>([this] { CloseMonitors(); });
+        m_parent->installEventFilter(m_closeWatch.get());
+    }
+    return false;
 }
 
 QWidget* DesktopDialogs::OpenMonitor(std::string_view name) const {

@@ -70,6 +70,8 @@ private:
     // The Energy window is not modal either, and closes with the main window as the monitors do.
     void OpenEnergy(std::string_view name);
     void CloseMonitors();
+    // True when the window `name` was open and is now in front; else prepares its opening.
+    bool BroughtToFront(std::string_view name);
     // The modal window on top, or the main window when none is up.
     QWidget* Foremost() const;
     // The timers given by SetTimers, or QTimers of the dialogs' own.
